@@ -1,0 +1,25 @@
+// Ownership and lookup of interface, method and parameter descriptions.
+#include "host/ole/interface_info.h"
+
+CVXMethodInfo::~CVXMethodInfo() {
+    for (INT_PTR i = 0; i < m_arrParams.GetSize(); ++i)
+        delete static_cast<CVXMethodParamInfo*>(m_arrParams[i]);
+}
+
+CVXMethodParamInfo* CVXMethodInfo::GetParam(int index) const {
+    if (index < 0 || index >= m_arrParams.GetSize())
+        return nullptr;
+    return static_cast<CVXMethodParamInfo*>(m_arrParams[index]);
+}
+
+CVXMethodInfo* CVXInterfaceInfo::GetMethod(int index) const {
+    if (index < 0 || index >= m_arrMethods.GetSize())
+        return nullptr;
+    return static_cast<CVXMethodInfo*>(m_arrMethods[index]);
+}
+
+void CVXInterfaceInfo::RemoveAllMethods() {
+    for (INT_PTR i = 0; i < m_arrMethods.GetSize(); ++i)
+        delete static_cast<CVXMethodInfo*>(m_arrMethods[i]);
+    m_arrMethods.RemoveAll();
+}

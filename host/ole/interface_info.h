@@ -1,0 +1,80 @@
+// The host's description of a control's interface: events or methods with their member ids
+// and parameter names. An interface owns its method objects, and a method owns its parameters.
+// Objects are filled by AddMethod/AddParam (see interface_builder.h); users only read them.
+#pragma once
+
+#include "platform/arrays.h"
+#include "platform/cstring.h"
+
+// Kinds of a member, as the component model numbers them.
+enum INVOKEKIND {
+    INVOKE_FUNC = 1,
+    INVOKE_PROPERTYGET = 2,
+    INVOKE_PROPERTYPUT = 4,
+    INVOKE_PROPERTYPUTREF = 8
+};
+
+class CVXMethodParamInfo {
+public:
+    CVXMethodParamInfo() = default;
+    explicit CVXMethodParamInfo(const CString& name) : m_strName(name) {}
+    CString GetName() const { return m_strName; }
+    void SetName(const CString& name) { m_strName = name; }
+
+private:
+    CString m_strName;
+};
+
+class CVXMethodInfo {
+public:
+    CVXMethodInfo() = default;
+    CVXMethodInfo(const CString& name, long id, INVOKEKIND kind = INVOKE_FUNC)
+        : m_strName(name), m_nID(id), m_invokeKind(kind) {}
+    ~CVXMethodInfo();
+    CVXMethodInfo(const CVXMethodInfo&) = delete;
+    CVXMethodInfo& operator=(const CVXMethodInfo&) = delete;
+
+    CString GetName() const { return m_strName; }
+    long GetID() const { return m_nID; }
+    INVOKEKIND GetInvokeKind() const { return m_invokeKind; }
+    int GetNumParams() const { return static_cast<int>(m_arrParams.GetSize()); }
+    // Null for an index outside the parameters.
+    CVXMethodParamInfo* GetParam(int index) const;
+
+    void SetName(const CString& name) { m_strName = name; }
+    void SetID(long id) { m_nID = id; }
+    void SetInvokeKind(INVOKEKIND kind) { m_invokeKind = kind; }
+    // Takes ownership; a null parameter is kept as a gap (GetParam gives null for it).
+    void AddParam(CVXMethodParamInfo* param) { m_arrParams.Add(param); }
+
+private:
+    CString m_strName;
+    long m_nID = 0;
+    INVOKEKIND m_invokeKind = INVOKE_FUNC;
+    CPtrArray m_arrParams;
+};
+
+class CVXInterfaceInfo {
+public:
+    CVXInterfaceInfo() = default;
+    ~CVXInterfaceInfo() { RemoveAllMethods(); }
+    CVXInterfaceInfo(const CVXInterfaceInfo&) = delete;
+    CVXInterfaceInfo& operator=(const CVXInterfaceInfo&) = delete;
+
+    CString GetName() const { return m_strName; }
+    void SetName(const CString& name) { m_strName = name; }
+    int GetNumMethods() const { return static_cast<int>(m_arrMethods.GetSize()); }
+    // Null for an index outside the methods, or for a gap left by a null AddMethod.
+    CVXMethodInfo* GetMethod(int index) const;
+    // Takes ownership; a null method is kept as a gap.
+    void AddMethod(CVXMethodInfo* method) { m_arrMethods.Add(method); }
+    // Destroys every method and empties the list.
+    void RemoveAllMethods();
+
+    // The members as the pointer array the engine walks; elements are CVXMethodInfo* owned by
+    // this object. Whoever removes an element destroys it.
+    CPtrArray m_arrMethods;
+
+private:
+    CString m_strName;
+};

@@ -1,0 +1,33 @@
+// The library's one funnel to the file system for whole-file reads and atomic writes. All
+// writes go through here, so a test can make the Nth write fail and prove that an interrupted
+// save leaves the last complete file in place.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace talvor::platform {
+
+// Reads the whole file. False, with a message in error, when it cannot be opened or read.
+bool ReadWholeFile(const std::string& path, std::string& contents, std::string& error);
+
+// Writes contents under a temporary name in the same folder, flushes it to disk and renames it
+// over path, so readers see either the old file or the new one, never a part. Creates missing
+// parent folders. False, with a message in error and the old file untouched, on any failure.
+bool WriteFileAtomically(const std::string& path, std::string_view contents, std::string& error);
+
+// Creates the folder and its missing parents; true when it exists afterwards.
+bool CreateDirectories(const std::string& path);
+
+bool FileExists(const std::string& path);
+
+// Fault injection for tests: the nth low-level write from now on (1 = the next one) fails as if
+// the disk were full. 0 switches it off. Counts writes of every file.
+void FailNthWrite(int n);
+
+// The low-level write that every writer of the library uses; honours FailNthWrite.
+// Returns false on failure with errno set.
+bool WriteAll(int fd, const void* data, std::size_t size);
+
+} // namespace talvor::platform

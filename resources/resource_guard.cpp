@@ -1,0 +1,59 @@
+// The resource guard and the registration of TalvorRes.
+#include "resources/resource_guard.h"
+
+#include "platform/cstring.h"
+#include "platform/file_system.h"
+#include "resources/builtin_script.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+
+namespace talvor::resources {
+namespace {
+std::shared_ptr<platform::ResourceModule> BuildTalvorRes() {
+    auto module = std::make_shared<platform::ResourceModule>(ModuleName);
+    std::string error;
+    const char* path = std::getenv("TALVOR_RESOURCES");
+    if (path != nullptr && *path != '\0') {
+        std::string text;
+        if (platform::ReadWholeFile(path, text, error) &&
+            platform::ParseResourceScript(text, *module, error))
+            return module;
+        std::fprintf(stderr, "talvor: %s: %s; using the built-in texts\n", path, error.c_str());
+        module = std::make_shared<platform::ResourceModule>(ModuleName);
+    }
+    if (!platform::ParseResourceScript(BuiltInScript(), *module, error))
+        std::fprintf(stderr, "talvor: built-in resources: %s\n", error.c_str());
+    return module;
+}
+} // namespace
+
+void RegisterTalvorRes() {
+    static std::once_flag once;
+    std::call_once(once, [] { platform::RegisterResourceProvider(ModuleName, BuildTalvorRes); });
+}
+
+ResourceGuard::ResourceGuard() {
+    RegisterTalvorRes();
+    HINSTANCE module = AfxLoadLibrary(ModuleName);
+    if (module == nullptr)
+        return;
+    m_former = AfxGetResourceHandle();
+    AfxSetResourceHandle(module);
+    m_selected = true;
+}
+
+ResourceGuard::~ResourceGuard() {
+    if (m_selected)
+        AfxSetResourceHandle(m_former);
+}
+
+std::string LoadTalvorString(unsigned id) {
+    ResourceGuard guard;
+    CString text;
+    text.LoadString(id);
+    return text.Str();
+}
+
+} // namespace talvor::resources

@@ -1,0 +1,114 @@
+// talvor: the command line face of the library, one subcommand per subsystem.
+#include "tools/talvor/commands.h"
+
+#include "platform/code_page.h"
+#include "platform/resource_module.h"
+#include "resources/resource_guard.h"
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <string>
+
+namespace talvor::tool {
+namespace {
+
+struct Command {
+    const char* name;
+    int (*run)(const Args&);
+    const char* summary;
+};
+
+const Command Commands[] = {
+    {"demo", RunDemo, "run the bundled sample form through every subcommand"},
+    {"script", RunScript, "parse|regen|tree|op ...: take a form script apart and write it back"},
+    {"color", RunColor, "FILE [--language NAME|--code N] [--html|--ansi]: colour source text"},
+    {"render", RunRender, "paint an editor view of a file to PNG"},
+    {"typelib", RunTypelib, "dump|props: describe a type library or PE file"},
+    {"alias", RunAlias, "get|set|fill|normalize: per-control alias files"},
+    {"commands", RunCommands, "dump|reset|save|load|copy: command-bar designs"},
+    {"undo", RunUndo, "snapshot history of a design"},
+};
+
+void PrintUsage(std::FILE* out) {
+    std::fprintf(out,
+                 "usage: talvor [--code-page N] [--resources FILE] COMMAND [ARGS...]\n"
+                 "       talvor --help | --version\n\n"
+                 "commands:\n");
+    for (const Command& command : Commands)
+        std::fprintf(out, "  %-9s %s\n", command.name, command.summary);
+    std::fprintf(out,
+                 "\noptions:\n"
+                 "  --code-page N     system code page of 8-bit text (1252, 936, 65001, ...)\n"
+                 "  --resources FILE  resource script to use in place of the built-in texts\n");
+}
+
+} // namespace
+
+int UserError(const std::string& message) {
+    std::fprintf(stderr, "talvor: %s\n", message.c_str());
+    return ExitUserError;
+}
+
+int InternalError(const std::string& message) {
+    std::fprintf(stderr, "talvor: internal error: %s\n", message.c_str());
+    return ExitInternalError;
+}
+
+int NotAvailable(const std::string& command) {
+    std::fprintf(stderr, "talvor: %s: not available yet\n", command.c_str());
+    return ExitInternalError;
+}
+
+} // namespace talvor::tool
+
+int main(int argc, char** argv) {
+    using namespace talvor::tool;
+    Args args(argv + 1, argv + argc);
+    std::size_t i = 0;
+    while (i < args.size() && args[i].rfind("--", 0) == 0) {
+        const std::string& option = args[i];
+        if (option == "--help" || option == "-h") {
+            PrintUsage(stdout);
+            return ExitOk;
+        }
+        if (option == "--version") {
+            std::printf("talvor %s\n", TALVOR_VERSION);
+            return ExitOk;
+        }
+        if (option == "--code-page" || option == "--resources") {
+            if (i + 1 >= args.size())
+                return UserError(option + " needs a value");
+            const std::string& value = args[i + 1];
+            if (option == "--code-page") {
+                char* end = nullptr;
+                unsigned long page = std::strtoul(value.c_str(), &end, 10);
+                if (end == value.c_str() || *end != '\0' ||
+                    !talvor::platform::SetSystemCodePage(static_cast<unsigned>(page)))
+                    return UserError("unknown code page '" + value + "'");
+            } else {
+                std::string error;
+                talvor::resources::RegisterTalvorRes();
+                if (!talvor::platform::LoadResourceModuleFile(talvor::resources::ModuleName, value, error))
+                    return UserError(error);
+            }
+            i += 2;
+            continue;
+        }
+        return UserError("unknown option '" + option + "' (see talvor --help)");
+    }
+    if (i >= args.size()) {
+        PrintUsage(stderr);
+        return ExitUserError;
+    }
+    for (const Command& command : Commands) {
+        if (args[i] != command.name)
+            continue;
+        try {
+            return command.run(Args(args.begin() + static_cast<long>(i) + 1, args.end()));
+        } catch (const std::exception& e) {
+            return InternalError(e.what());
+        }
+    }
+    return UserError("unknown command '" + args[i] + "' (see talvor --help)");
+}
