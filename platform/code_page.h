@@ -54,7 +54,9 @@ inline std::size_t CharLengthAt(std::string_view text, std::size_t pos) {
 }
 
 // Wide form of 8-bit text in the system code page. Bytes that do not form a character of the
-// page become one code unit each in 0xDC80..0xDCFF, so FromWide(ToWide(x)) == x for any x.
+// page become one code unit each in 0xDC80..0xDCFF, so FromWide(ToWide(x)) == x for any x,
+// except where the page itself maps two byte pairs to one character (932 has such duplicates;
+// the way back gives the pair the page prefers).
 std::u16string ToWide(std::string_view text);
 // 8-bit form of wide text. Code units 0xDC80..0xDCFF standing alone give back their byte;
 // a character the page cannot hold becomes "?".

@@ -52,8 +52,10 @@ const CRuntimeClass* CRuntimeClass::Load(CArchive& ar, UINT* schema) {
     if (schema != nullptr)
         *schema = storedSchema;
     char name[64];
-    if (length >= sizeof name || ar.Read(name, length) != length)
+    if (length >= sizeof name)
         return nullptr;
+    if (ar.Read(name, length) != length)
+        AfxThrowArchiveException(CArchiveException::endOfFile);
     name[length] = '\0';
     return FromName(name);
 }
