@@ -15,6 +15,12 @@ std::string TempPath(const char* name) {
     CreateDirectories(folder);
     return folder + "/" + name;
 }
+// Built by appending: g++ 12 warns falsely on "k" + std::to_string(i).
+std::string KeyName(std::size_t i, const char* prefix) {
+    std::string key(prefix);
+    key += std::to_string(i);
+    return key;
+}
 } // namespace
 
 TEST(Profile, MissingKeysGiveTheDefault) {
@@ -59,12 +65,12 @@ TEST(IniFileProfile, EveryValueReadsBackExactly) {
     {
         IniFileProfile profile(path);
         for (std::size_t i = 0; i < std::size(values); ++i)
-            ASSERT_TRUE(profile.Set("A\\B", "k" + std::to_string(i), values[i])) << profile.LastError();
+            ASSERT_TRUE(profile.Set("A\\B", KeyName(i, "k"), values[i])) << profile.LastError();
     }
     IniFileProfile reread(path);
     for (std::size_t i = 0; i < std::size(values); ++i) {
         std::string value;
-        ASSERT_TRUE(reread.Get("a\\b", "K" + std::to_string(i), value));
+        ASSERT_TRUE(reread.Get("a\\b", KeyName(i, "K"), value));
         EXPECT_EQ(value, values[i]);
     }
 }
