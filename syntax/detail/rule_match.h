@@ -1,0 +1,98 @@
+// What the line parsers need of a rule set, read once per line from the object's members: every
+// rule string with its length, and a class per byte value so that most bytes of a line cost one
+// table lookup. Matching looks back from the current byte, as the rules are defined.
+#pragma once
+
+#include "syntax/syntax.h"
+
+#include <cstring>
+
+namespace talvor::syntax::detail {
+
+struct RuleText {
+    const char* text = nullptr;
+    int length = 0; // 0 for a null or empty slot, which never matches
+};
+
+enum ByteClass : unsigned char {
+    WordByte = 0x01,
+    EndsLineComment = 0x02,  // last byte of a line comment opener
+    EndsString = 0x04,       // last byte of the string opener
+    EndsChar = 0x08,         // last byte of the character literal opener
+    EndsBlockComment = 0x10, // last byte of a block comment opener
+    EndsOpener = EndsLineComment | EndsString | EndsChar | EndsBlockComment,
+};
+
+struct PreparedRules {
+    explicit PreparedRules(const CTalvorSyntax& syntax);
+
+    RuleText lineComment[2];
+    RuleText beginComment[2];
+    RuleText endComment[2];
+    RuleText beginString;
+    RuleText endString;
+    RuleText beginChar;
+    RuleText endChar;
+    int lineCommentCount; // slots to examine, clipped to 0..2
+    int beginCommentCount;
+    int endCommentCount;
+    bool multiByte; // the system code page has lead bytes
+    unsigned char byteClass[256];
+};
+
+// True when the rule's bytes end at pos, inclusive, and start at or after floor: the end of the
+// last multi-byte character, so that such a character is never part of a match.
+inline bool RuleEndsAt(const RuleText& rule, const char* line, int pos, int floor) {
+    const int start = pos - rule.length + 1;
+    return rule.length > 0 && start >= floor &&
+           std::memcmp(line + start, rule.text, static_cast<std::size_t>(rule.length)) == 0;
+}
+
+// The first examined slot whose rule ends at pos, or null.
+inline const RuleText* FirstRuleEndingAt(const RuleText* slots, int count, const char* line,
+                                         int pos, int floor) {
+    for (int slot = 0; slot < count; ++slot) {
+        if (RuleEndsAt(slots[slot], line, pos, floor))
+            return &slots[slot];
+    }
+    return nullptr;
+}
+
+// Appends runs by the rule of the parsers: a run whose start lies before the start of the last
+// run in the list is dropped. Without a list (null buffer, or a negative count from the caller)
+// nothing is written. The count is kept locally and handed back when the parser returns.
+class RunList {
+public:
+    RunList(COLORINFO* buffer, int& count)
+        : m_buffer(count >= 0 ? buffer : nullptr), m_target(count), m_count(count), m_first(count) {
+    }
+    ~RunList() {
+        if (m_buffer != nullptr)
+            m_target = m_count;
+    }
+    RunList(const RunList&) = delete;
+    RunList& operator=(const RunList&) = delete;
+
+    void Add(int start, int colour) {
+        if (m_buffer == nullptr)
+            return;
+        if (m_count > 0 && m_buffer[m_count - 1].m_nCharPos > start)
+            return;
+        m_buffer[m_count].m_nCharPos = start;
+        m_buffer[m_count].m_nColorIndex = colour;
+        ++m_count;
+    }
+    // Takes back the last run added by this parse; runs the caller put there stay.
+    void RemoveLast() {
+        if (m_buffer != nullptr && m_count > m_first)
+            --m_count;
+    }
+
+private:
+    COLORINFO* m_buffer;
+    int& m_target;
+    int m_count;
+    int m_first;
+};
+
+} // namespace talvor::syntax::detail

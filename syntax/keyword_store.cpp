@@ -1,0 +1,79 @@
+// The keyword store: loading the list of the current language into a sorted array, and the
+// binary search the parsers use on it.
+#include "syntax/syntax.h"
+
+#include "platform/code_page.h"
+#include "platform/profile.h"
+#include "syntax/detail/language_rows.h"
+#include "syntax/detail/word_tests.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const char* KeywordSection = "MainWnd\\DockingPaneLayouts\\PaneMacro\\Keywords";
+
+} // namespace
+
+namespace talvor::syntax::detail {
+
+bool IsKeyword(const CStringArray& keywords, bool exactCase, std::string_view word) {
+    const CString* entries = keywords.GetData();
+    INT_PTR low = 0;
+    INT_PTR high = keywords.GetSize() - 1;
+    while (low <= high) {
+        INT_PTR middle = (low + high) / 2;
+        std::string_view entry = entries[middle].View();
+        int order =
+            exactCase ? platform::CompareExact(word, entry) : platform::CompareNoCase(word, entry);
+        if (order < 0)
+            high = middle - 1;
+        else if (order > 0)
+            low = middle + 1;
+        else
+            return true;
+    }
+    return false;
+}
+
+} // namespace talvor::syntax::detail
+
+void CTalvorSyntax::LoadSynWord() {
+    LoadParseRule(); // first: the case rule decides how the list is folded
+    m_arrKeyWords.RemoveAll();
+
+    CString text;
+    if (const LANGUAGE_INFO* row = talvor::syntax::detail::FindLanguageRow(m_nLanguage))
+        text = AfxGetApp()->GetProfileString(KeywordSection, row->m_pszName, row->m_pszKeyWords);
+    if (!m_bCase)
+        text.MakeLower();
+
+    // Runs of commas count as one and nothing is trimmed, so the first entry keeps its blank.
+    int position = 0;
+    for (;;) {
+        CString entry = text.Tokenize(",", position);
+        if (entry.IsEmpty())
+            break;
+        m_arrKeyWords.Add(entry);
+    }
+    SortSynWordArray();
+}
+
+void CTalvorSyntax::SortSynWordArray() {
+    // Insertion sort with a linear search from the front: each entry goes before the first
+    // one that is not less than it, so equal entries keep their order.
+    auto first = m_arrKeyWords.begin();
+    const INT_PTR size = m_arrKeyWords.GetSize();
+    for (INT_PTR i = 1; i < size; ++i) {
+        const std::string_view entry = first[i].View();
+        INT_PTR j = 0;
+        while (j < i && talvor::platform::CompareExact(first[j].View(), entry) < 0)
+            ++j;
+        if (j < i)
+            std::rotate(first + j, first + i, first + i + 1);
+    }
+}
+
+int CTalvorSyntax::IsSynWord(CString& strWord) {
+    return talvor::syntax::detail::IsKeyword(m_arrKeyWords, m_bCase != 0, strWord.View()) ? 1 : 0;
+}

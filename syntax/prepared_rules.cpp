@@ -1,0 +1,70 @@
+// Reading a rule set into the form the scan loops use. Built per line, from the members as they
+// stand, so a host that changes a rule string or the word bytes directly is heard at once.
+#include "syntax/detail/rule_match.h"
+
+#include "platform/code_page.h"
+
+#include <array>
+
+namespace talvor::syntax::detail {
+namespace {
+
+constexpr std::array<unsigned char, 256> AsciiWordBytes = [] {
+    std::array<unsigned char, 256> table{};
+    for (int c = 0; c < 256; ++c) {
+        bool word =
+            (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+        table[static_cast<std::size_t>(c)] = word ? WordByte : 0;
+    }
+    return table;
+}();
+
+RuleText Read(const char* text) {
+    RuleText rule;
+    if (text != nullptr) {
+        rule.text = text;
+        rule.length = static_cast<int>(std::strlen(text));
+    }
+    return rule;
+}
+
+int Clip(int count, int most) {
+    return count < 0 ? 0 : (count > most ? most : count);
+}
+
+} // namespace
+
+PreparedRules::PreparedRules(const CTalvorSyntax& syntax) {
+    lineCommentCount = Clip(syntax.m_nLineCommentCount, 2);
+    beginCommentCount = Clip(syntax.m_nBeginCommentExCount, 2);
+    endCommentCount = Clip(syntax.m_nEndCommentExCount, 2);
+    for (int slot = 0; slot < 2; ++slot) {
+        lineComment[slot] =
+            slot < lineCommentCount ? Read(syntax.m_pszLineComment[slot]) : RuleText{};
+        beginComment[slot] =
+            slot < beginCommentCount ? Read(syntax.m_pszBeginCommentEx[slot]) : RuleText{};
+        endComment[slot] =
+            slot < endCommentCount ? Read(syntax.m_pszEndCommentEx[slot]) : RuleText{};
+    }
+    beginString = syntax.m_nBeginStringCount > 0 ? Read(syntax.m_pszBeginString) : RuleText{};
+    endString = syntax.m_nEndStringCount > 0 ? Read(syntax.m_pszEndString) : RuleText{};
+    beginChar = syntax.m_nBeginCharCount > 0 ? Read(syntax.m_pszBeginChar) : RuleText{};
+    endChar = syntax.m_nEndCharCount > 0 ? Read(syntax.m_pszEndChar) : RuleText{};
+    multiByte = platform::IsMultiByteCodePage();
+
+    std::memcpy(byteClass, AsciiWordBytes.data(), sizeof byteClass);
+    for (char c : syntax.m_strInString.View())
+        byteClass[static_cast<unsigned char>(c)] |= WordByte;
+    auto markLast = [this](const RuleText& rule, unsigned char bit) {
+        if (rule.length > 0)
+            byteClass[static_cast<unsigned char>(rule.text[rule.length - 1])] |= bit;
+    };
+    for (int slot = 0; slot < 2; ++slot) {
+        markLast(lineComment[slot], EndsLineComment);
+        markLast(beginComment[slot], EndsBlockComment);
+    }
+    markLast(beginString, EndsString);
+    markLast(beginChar, EndsChar);
+}
+
+} // namespace talvor::syntax::detail

@@ -1,0 +1,141 @@
+// What the syntax tests share: a class that reaches the protected parsers, readable run lists,
+// and whole-file colouring with cookies carried as the editor carries them.
+#pragma once
+
+#include "platform/profile.h"
+#include "syntax/line_cookie.h"
+#include "syntax/syntax.h"
+
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace talvor::testing {
+
+struct ParserUnderTest : CTalvorSyntax {
+    using CTalvorSyntax::DeleteAllocString;
+    using CTalvorSyntax::GetLanguageByStringShow;
+    using CTalvorSyntax::GetLanguageName;
+    using CTalvorSyntax::GetLineCommentString;
+    using CTalvorSyntax::GetStringShowByLanguage;
+    using CTalvorSyntax::IsNumber;
+    using CTalvorSyntax::IsSynWord;
+    using CTalvorSyntax::LoadParseRule;
+    using CTalvorSyntax::LoadSynWord;
+    using CTalvorSyntax::ParseLine;
+    using CTalvorSyntax::ParseLineForHtml;
+    using CTalvorSyntax::SortSynWordArray;
+};
+
+inline constexpr const char* KeywordSection = "MainWnd\\DockingPaneLayouts\\PaneMacro\\Keywords";
+inline constexpr const char* RuleSection =
+    "MainWnd\\DockingPaneLayouts\\PaneMacro\\icrEdit__ParseRule";
+
+// Selects the language and loads it. With keywords (comma-separated) the profile replaces the
+// built-in list, exactly as a host would.
+inline void UseLanguage(ParserUnderTest& parser, UINT language, const char* keywords = nullptr) {
+    parser.SetLanguage(language);
+    if (keywords != nullptr) {
+        CString name = parser.GetLanguageName(language);
+        AfxGetApp()->WriteProfileString(KeywordSection, name, keywords);
+    }
+    parser.LoadSynWord();
+}
+
+struct ParsedLine {
+    std::string runs;
+    unsigned long cookie;
+    int count;
+};
+
+// "(0,2) (0,1) (3,2)": start and colour index of each run, in list order.
+inline std::string FormatRuns(const COLORINFO* runs, int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        if (i > 0)
+            text += ' ';
+        char run[32];
+        std::snprintf(run, sizeof run, "(%d,%d)", runs[i].m_nCharPos, runs[i].m_nColorIndex);
+        text += run;
+    }
+    return text;
+}
+
+// Parses one line into a buffer of exactly the size the parser is promised (length + 1, HTML
+// and XML 2 * length + 1); the test fails if the cookie differs without a run list.
+inline ParsedLine Parse(ParserUnderTest& parser, unsigned long cookie, const std::string& line) {
+    CString text(line);
+    const UINT language = parser.GetLanguage();
+    const bool html = language == 14 || language == 34;
+    const std::size_t room = html ? 2 * line.size() + 1 : line.size() + 1;
+    std::vector<COLORINFO> runs(room);
+    int count = 0;
+    unsigned long out = parser.ParseLine(cookie, text, runs.data(), count);
+    EXPECT_LE(static_cast<std::size_t>(count), room);
+    int none = 0;
+    if (!(html && parser.m_nBeginCommentExCount == 0)) {
+        EXPECT_EQ(parser.ParseLine(cookie, text, nullptr, none), out) << "without a run list";
+    }
+    EXPECT_EQ(none, 0);
+    EXPECT_EQ(text.Str(), line) << "the parser changed its line";
+    return {FormatRuns(runs.data(), count), out, count};
+}
+
+// A whole text cut into lines at "\n" (a "\r" before it goes too), as the tool reads files.
+inline std::vector<std::string> SplitLines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::size_t start = 0;
+    while (start < text.size()) {
+        std::size_t end = text.find('\n', start);
+        std::size_t next = end == std::string::npos ? text.size() : end + 1;
+        if (end == std::string::npos)
+            end = text.size();
+        if (end > start && text[end - 1] == '\r')
+            --end;
+        lines.push_back(text.substr(start, end - start));
+        start = next;
+    }
+    return lines;
+}
+
+// One line of a .styled golden file: the cookie at its end in hex, then the text with {n}
+// before each run.
+inline std::string StyleLine(const std::string& line, const COLORINFO* runs, int count,
+                             unsigned long cookieAtEnd) {
+    char head[16];
+    std::snprintf(head, sizeof head, "%02lx ", cookieAtEnd);
+    std::string out = head;
+    std::size_t pos = 0;
+    for (int i = 0; i < count; ++i) {
+        std::size_t start = static_cast<std::size_t>(runs[i].m_nCharPos);
+        if (start > line.size())
+            start = line.size();
+        if (start > pos) {
+            out.append(line, pos, start - pos);
+            pos = start;
+        }
+        out += "{" + std::to_string(runs[i].m_nColorIndex) + "}";
+    }
+    out.append(line, pos, std::string::npos);
+    out += '\n';
+    return out;
+}
+
+// Every line of a text in golden form, cookies carried across hard line ends.
+inline std::string StyleText(ParserUnderTest& parser, const std::vector<std::string>& lines) {
+    std::string out;
+    unsigned long cookie = 0;
+    std::vector<COLORINFO> runs;
+    for (const std::string& line : lines) {
+        CString text(line);
+        runs.resize(2 * line.size() + 1);
+        int count = 0;
+        unsigned long end = parser.ParseLine(cookie, text, runs.data(), count);
+        out += StyleLine(line, runs.data(), count, end);
+        cookie = syntax::CookieForNextLine(parser.GetLanguage(), end, true);
+    }
+    return out;
+}
+
+} // namespace talvor::testing
