@@ -1,0 +1,148 @@
+// The script text engine: turns VBScript text into the records of script_model.h and back,
+// classifies statement lines, titles them for the code tree and edits statement lists.
+// One object per process (GetDisposal); its only state is the keywords it reads at start.
+#pragma once
+
+#include "engine/script_model.h"
+#include "host/ole/interface_info.h"
+#include "platform/arrays.h"
+#include "platform/cstring.h"
+
+class CTalvorScriptTextDisposal {
+public:
+    // Starts with empty members and reads the keywords once (InitKeyWords).
+    CTalvorScriptTextDisposal();
+    ~CTalvorScriptTextDisposal();
+    CTalvorScriptTextDisposal(const CTalvorScriptTextDisposal&) = delete;
+    CTalvorScriptTextDisposal& operator=(const CTalvorScriptTextDisposal&) = delete;
+
+    // The one engine of the process, built on the first call; later calls read nothing again.
+    static CTalvorScriptTextDisposal& GetDisposal();
+
+    // Empty a record; arrays keep their growth setting. A null pointer is ignored. The
+    // NAME_APPEAR_INFO form keeps strName. The engine's own operations call these virtually.
+    virtual void ClearData(VB_VARIABLE_AND_PARAMETER_INFO* pInfo);
+    virtual void ClearData(VB_COMMADN_PROGRAMME_INFO* pInfo);
+    virtual void ClearData(VB_ALL_PROGRAMME_INFO* pInfo);
+    virtual void ClearData(VB_SUB_PROGRAMME_INFO* pInfo);
+    virtual void ClearData(NAME_APPEAR_INFO* pInfo);
+
+    // Empty dst, then append every element of src in order (dst and src may be one array).
+    void CopyStrArry(CStringArray& dst, CStringArray& src);
+    void CopylongArry(CArray<long, long>& dst, CArray<long, long>& src);
+
+    // Text to lines: cut at every line feed, drop the carriage returns at the end of each
+    // piece, keep empty pieces, then drop the last piece. So a last line without a line feed
+    // is lost, and a text without any line feed gives no line.
+    void ChangeScripText(CString text, CStringArray& lines);
+
+    // Reads the keyword members from the string resources of TalvorRes and the reserved words
+    // from the profile. A missing string leaves its members as they were. The constructor
+    // calls it; a second call appends the reserved words again.
+    void InitKeyWords();
+
+    // Whole script. Takes lines (made by ChangeScripText) apart into pInfo, which is cleared
+    // first; on return lines holds what belonged to no block. names and interfaces are
+    // parallel; null interfaces, events and parameters are skipped, and an interface without
+    // a name has no handlers. Handlers of pFormEvents go to arrFormEventCode with their ids.
+    // A null pInfo leaves lines untouched.
+    void GetCodeInfoByScriptText(CStringArray& lines, CStringArray& names,
+                                 CVXInterfaceInfo* pFormEvents,
+                                 CArray<CVXInterfaceInfo*, CVXInterfaceInfo*>& interfaces,
+                                 VB_ALL_PROGRAMME_INFO* pInfo);
+    // The whole script in the system's order: global block, an empty line, control handlers,
+    // Subs, Functions, form handlers, each block followed by an empty line. An empty record
+    // (or a null pointer) gives the empty text.
+    CString SetScriptTextByCodeInfo(VB_ALL_PROGRAMME_INFO* pInfo);
+
+    // One procedure. Reads the text of a procedure into pInfo (cleared first), hiding the
+    // two event object lines; text of fewer than two lines leaves the record empty.
+    void GetDataByEventCode(CString code, VB_SUB_PROGRAMME_INFO* pInfo);
+    // Writes a procedure named name: a Sub with its event object lines when bFunction is 0,
+    // else a Function. An empty name or a null pInfo gives the empty text.
+    CString SetEventCodeByData(CString name, VB_SUB_PROGRAMME_INFO* pInfo, int bFunction);
+
+    // Declarations. Fills pInfo (cleared first) from a declaration block and a parameter
+    // text; what does not follow the format is skipped. A comment list with more pieces than
+    // there are names adds the rest, commas included, to the last comment.
+    void InitDataByCode(CString code, CString params, VB_VARIABLE_AND_PARAMETER_INFO* pInfo);
+    // Writes the two texts back. strVariable is left alone when the name and remark arrays
+    // differ in size; strParameter when the joined names are empty.
+    void GetVariableStr(VB_VARIABLE_AND_PARAMETER_INFO* pInfo, CString& strVariable,
+                        CString& strParameter);
+
+    // Flow analysis. The class of one statement line: literals and bracketed expressions are
+    // masked, then keywords are sought as whole words. Unbalanced quotes give FLOW_NONE; a "("
+    // that nothing closes masks the rest of the line.
+    ENUM_FLOWLOOP CheckCodeFlow(CString code);
+    // Fills lines with the skeleton of a new statement (closing lines included) and returns
+    // the class of code; classes that close a block give an empty skeleton.
+    ENUM_FLOWLOOP GetArryByFlowType(CStringArray& lines, CString code);
+    // Start, middle and end of the block of line nIndex, -1 for none; all three -1 for an
+    // index outside lines or a line of the Select family. A walk that finds no partner gives
+    // 0 for the position it sought. For classes 1 to 9, nIndex becomes nEnd.
+    void GetFlowPosByKeyWord(CStringArray& lines, int& nIndex, int& nStart, int& nMiddle,
+                             int& nEnd);
+    // Parts of the Select block that starts at line nIndex: Case lines at the block's own
+    // depth are appended to casePos (not emptied first). Empty lines change nothing.
+    void GetCasePosByKeyWord(CStringArray& lines, int& nIndex, int& nSelect, int& nCaseElse,
+                             int& nEndSelect, CArray<int, int>& casePos);
+    // The Exit statement that fits position nIndex: the word of the nearest enclosing For or
+    // Do loop, else the word of the procedure.
+    CString GetExitStr(CStringArray& lines, int nIndex);
+
+    // The node text of one statement in the code tree, from the title strings of TalvorRes.
+    // Unbalanced quotes give the empty text; a statement without the bracket groups its title
+    // needs comes back as written.
+    CString GetTreeTitleByCode(CString code);
+
+    // Edits the statement list lines in place and returns the line to select, or -1 with the
+    // list unchanged when the operation cannot be done there. A line whose partner lines are
+    // missing (a one-line If, a stray End If) is edited as a lone statement.
+    int CodeOperate(CStringArray& lines, CString code, ENUM_CODE_OPERATE op, int index);
+
+    // Keywords of the script language, read by InitKeyWords; read-only for every operation.
+    CString m_strIf;
+    CString m_strThen;
+    CString m_strElse;
+    CString m_strEndIf;
+    CString m_strDoWhile;
+    CString m_strLoop;
+    CString m_strFor;
+    CString m_strTo;
+    CString m_strNext;
+    CString m_strLoopWhile;
+    CString m_strDo;
+    CString m_strExit;
+    CString m_strExitDo;
+    CString m_strExitFor;
+    CString m_strExitFunction; // read from the resources, used by no operation
+    CString m_strExitProperty; // read from the resources, used by no operation
+    CString m_strExitSub;
+    CString m_strCall;
+    CString m_strSet;
+    CString m_strSelectCase;
+    CString m_strCase;
+    CString m_strCaseElse;
+    CString m_strEndSelect;
+    CString m_strSystemFuncName;
+    CString m_strSystemMe; // the host's own object names: read, used by no operation
+    CString m_strSystemApplication;
+    CString m_strSystemScreen;
+    CString m_strSub;
+    CString m_strEndSub;
+    CString m_strFunction;
+    CString m_strEndFunction;
+    CString m_strDim;
+    // Fixed pieces of the generated command handler, built from the keywords.
+    CString m_strCmdFuncHead;
+    CString m_strCmdIf;
+    CString m_strCmdSelectHead;
+    CString m_strCmdSelectTail;
+    CString m_strUISelectHead;
+    CString m_strUISelectTail;
+    CString m_strTrue;
+    CString m_strFalse;
+    // Reserved words for name checks.
+    CStringArray m_arrKeyWords;
+};

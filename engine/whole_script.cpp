@@ -1,0 +1,171 @@
+// A whole script into a VB_ALL_PROGRAMME_INFO and back: the global block, the event handlers
+// found by their exact head lines, then the other Subs and Functions by their first and last
+// lines. Lines are removed by marks and head lines found through an index, so the parse costs
+// time in proportion to the script, with the same results as walking the array from its start
+// for every event and again after every block.
+#include "engine/script_text_disposal.h"
+
+#include "engine/detail/script_line_list.h"
+#include "engine/detail/text_compare.h"
+#include "resources/resource_guard.h"
+
+#include <string>
+#include <vector>
+
+using talvor::engine::detail::BeginsWith;
+using talvor::engine::detail::SameNoCase;
+using talvor::engine::detail::ScriptLineList;
+
+namespace {
+
+// Removes the lines of a block and the one line behind it, the empty line that follows a
+// procedure; at the end of the script only the block goes. Returns the line after all that
+// was removed, or -1.
+int RemoveBlock(ScriptLineList& list, const std::vector<int>& block) {
+    int behind = list.Next(block.back());
+    int resume = behind >= 0 ? list.Next(behind) : -1;
+    for (int position : block)
+        list.Remove(position);
+    if (behind >= 0)
+        list.Remove(behind);
+    return resume;
+}
+
+// "Sub Name_Event(a, b)": the head line that the system writes for an event handler. A null
+// parameter adds neither a name nor a separator.
+CString HandlerHead(const CString& sub, const CString& owner, const CVXMethodInfo& event) {
+    CString head = sub + " " + owner + "_" + event.GetName() + "(";
+    bool first = true;
+    for (int i = 0; i < event.GetNumParams(); ++i) {
+        const CVXMethodParamInfo* param = event.GetParam(i);
+        if (param == nullptr)
+            continue;
+        if (!first)
+            head += ", ";
+        head += param->GetName();
+        first = false;
+    }
+    head += ")";
+    return head;
+}
+
+} // namespace
+
+void CTalvorScriptTextDisposal::GetCodeInfoByScriptText(
+    CStringArray& lines, CStringArray& names, CVXInterfaceInfo* pFormEvents,
+    CArray<CVXInterfaceInfo*, CVXInterfaceInfo*>& interfaces, VB_ALL_PROGRAMME_INFO* pInfo) {
+    if (pInfo == nullptr)
+        return;
+    talvor::resources::ResourceGuard guard;
+    ClearData(pInfo);
+    if (lines.IsEmpty())
+        return;
+
+    // The global block: up to the first empty line, which goes with it. Without an empty
+    // line every line stays for the steps below as well.
+    const int count = static_cast<int>(lines.GetSize());
+    int firstAfterGlobal = 0;
+    std::string global;
+    for (int i = 0; i < count; ++i) {
+        const CString& line = lines[i];
+        if (line.IsEmpty()) {
+            firstAfterGlobal = i + 1;
+            break;
+        }
+        global += line.View();
+        global += "\r\n";
+    }
+    pInfo->strGlobal = CString(std::move(global));
+
+    ScriptLineList list(lines, firstAfterGlobal);
+    std::vector<bool> endsSub(static_cast<std::size_t>(count), false);
+    for (int i = list.First(); i >= 0; i = list.Next(i))
+        endsSub[static_cast<std::size_t>(i)] = SameNoCase(list.At(i), m_strEndSub);
+
+    // Event handlers, in the order of the interfaces and of their events: the first line
+    // equal to the head line, up to and including the first End Sub line behind it (or to
+    // the end of the script).
+    std::vector<int> block;
+    for (INT_PTR i = 0; i < interfaces.GetSize(); ++i) {
+        CVXInterfaceInfo* events = interfaces[i];
+        if (events == nullptr || i >= names.GetSize())
+            continue;
+        for (int j = 0; j < events->GetNumMethods(); ++j) {
+            const CVXMethodInfo* event = events->GetMethod(j);
+            if (event == nullptr)
+                continue;
+            int start = list.FindNoCase(HandlerHead(m_strSub, names[i], *event));
+            if (start < 0)
+                continue;
+            block.clear();
+            std::string text;
+            for (int k = start; k >= 0; k = list.Next(k)) {
+                block.push_back(k);
+                text += list.At(k).View();
+                text += "\r\n";
+                if (endsSub[static_cast<std::size_t>(k)])
+                    break;
+            }
+            RemoveBlock(list, block);
+            if (events == pFormEvents) {
+                pInfo->arrFormEventID.Add(event->GetID());
+                pInfo->arrFormEventCode.Add(CString(std::move(text)));
+            } else {
+                pInfo->arrCtrlEventCode.Add(CString(std::move(text)));
+            }
+        }
+    }
+
+    // Other procedures: a line that begins with the Sub or Function word (in its case) opens
+    // a block, an End Sub or End Function line closes it and decides where it goes. A further
+    // opening line inside a block is collected with it. After a block the walk would begin
+    // again at the top, but every line above the block has been walked without opening one,
+    // so it goes on behind the removed lines with the same result.
+    block.clear();
+    std::string text;
+    int k = list.First();
+    while (k >= 0) {
+        const CString& line = list.At(k);
+        if (block.empty() && (BeginsWith(line, m_strSub) || BeginsWith(line, m_strFunction)))
+            block.push_back(k);
+        else if (!block.empty())
+            block.push_back(k);
+        if (block.empty()) {
+            k = list.Next(k);
+            continue;
+        }
+        text += line.View();
+        text += "\r\n";
+        bool closesSub = endsSub[static_cast<std::size_t>(k)];
+        if (!closesSub && !SameNoCase(line, m_strEndFunction)) {
+            k = list.Next(k);
+            continue;
+        }
+        (closesSub ? pInfo->arrSubCode : pInfo->arrFunctionCode).Add(CString(std::move(text)));
+        text.clear();
+        k = RemoveBlock(list, block);
+        block.clear();
+    }
+
+    list.CopyTo(lines);
+}
+
+CString CTalvorScriptTextDisposal::SetScriptTextByCodeInfo(VB_ALL_PROGRAMME_INFO* pInfo) {
+    if (pInfo == nullptr)
+        return CString();
+    if (pInfo->strGlobal.IsEmpty() && pInfo->arrFormEventCode.IsEmpty() &&
+        pInfo->arrCtrlEventCode.IsEmpty() && pInfo->arrSubCode.IsEmpty() &&
+        pInfo->arrFunctionCode.IsEmpty())
+        return CString();
+
+    std::string script(pInfo->strGlobal.View());
+    script += "\r\n";
+    for (const CStringArray* blocks : {&pInfo->arrCtrlEventCode, &pInfo->arrSubCode,
+                                       &pInfo->arrFunctionCode, &pInfo->arrFormEventCode}) {
+        for (const CString& block : *blocks) {
+            script += block.View();
+            script += "\r\n";
+        }
+    }
+    return CString(std::move(script));
+}
