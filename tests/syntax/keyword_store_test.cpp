@@ -143,7 +143,9 @@ TEST(KeywordStore, EveryStoredWordIsFoundAfterLoading) {
         if (!entries.empty()) {
             CString first(entries[0]);
             EXPECT_FALSE(syntax.IsSynWord(first)) << "the first entry keeps its leading blank";
-            CString blankFirst(" " + entries[0]);
+            std::string withBlank = " ";
+            withBlank += entries[0];
+            CString blankFirst(withBlank);
             EXPECT_TRUE(syntax.IsSynWord(blankFirst));
         }
         const std::vector<std::string> words = ArrayOf(syntax);

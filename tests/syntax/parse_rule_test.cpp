@@ -175,7 +175,7 @@ TEST(ParseRules, CopiesOwnTheirRuleStrings) {
     ParserUnderTest assigned;
     assigned = copy;
     ParserUnderTest& same = assigned;
-    assigned = same;  // assignment to itself keeps the strings
+    assigned = same; // assignment to itself keeps the strings
     EXPECT_EQ(Parse(assigned, 0, "int // c").cookie, COOKIE_LINE_COMMENT);
 }
 

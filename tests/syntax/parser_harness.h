@@ -82,26 +82,9 @@ inline ParsedLine Parse(ParserUnderTest& parser, unsigned long cookie, const std
     return {FormatRuns(runs.data(), count), out, count};
 }
 
-// A whole text cut into lines at "\n" (a "\r" before it goes too), as the tool reads files.
-inline std::vector<std::string> SplitLines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::size_t start = 0;
-    while (start < text.size()) {
-        std::size_t end = text.find('\n', start);
-        std::size_t next = end == std::string::npos ? text.size() : end + 1;
-        if (end == std::string::npos)
-            end = text.size();
-        if (end > start && text[end - 1] == '\r')
-            --end;
-        lines.push_back(text.substr(start, end - start));
-        start = next;
-    }
-    return lines;
-}
-
 // One line of a .styled golden file: the cookie at its end in hex, then the text with {n}
 // before each run.
-inline std::string StyleLine(const std::string& line, const COLORINFO* runs, int count,
+inline std::string StyleLine(std::string_view line, const COLORINFO* runs, int count,
                              unsigned long cookieAtEnd) {
     char head[16];
     std::snprintf(head, sizeof head, "%02lx ", cookieAtEnd);
@@ -123,11 +106,11 @@ inline std::string StyleLine(const std::string& line, const COLORINFO* runs, int
 }
 
 // Every line of a text in golden form, cookies carried across hard line ends.
-inline std::string StyleText(ParserUnderTest& parser, const std::vector<std::string>& lines) {
+inline std::string StyleText(ParserUnderTest& parser, const std::vector<std::string_view>& lines) {
     std::string out;
     unsigned long cookie = 0;
     std::vector<COLORINFO> runs;
-    for (const std::string& line : lines) {
+    for (std::string_view line : lines) {
         CString text(line);
         runs.resize(2 * line.size() + 1);
         int count = 0;
