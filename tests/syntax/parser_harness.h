@@ -98,7 +98,9 @@ inline std::string StyleLine(std::string_view line, const COLORINFO* runs, int c
             out.append(line, pos, start - pos);
             pos = start;
         }
-        out += "{" + std::to_string(runs[i].m_nColorIndex) + "}";
+        out += '{';
+        out += std::to_string(runs[i].m_nColorIndex);
+        out += '}';
     }
     out.append(line, pos, std::string::npos);
     out += '\n';
