@@ -20,6 +20,8 @@ constexpr std::uint32_t LastUnit = 0xFFFF;
 constexpr std::uint64_t Unbounded = UINT64_MAX;
 // PCRE2 takes repeat counts up to this; larger lower bounds are built from nested repeats.
 constexpr std::uint64_t MaxRepeatCount = 65535;
+// The longest text the engine object takes.
+constexpr std::uint64_t MaxTextUnits = 0x7FFFFFFF;
 
 enum class ClassEscape { Digit, NotDigit, Space, NotSpace, Word, NotWord };
 
@@ -88,6 +90,60 @@ void AddAsciiCaseVariants(RangeList& ranges) {
         if (from <= to)
             ranges.emplace_back(from - 32, to - 32);
     }
+}
+
+// ECMAScript matches a character ignoring case when both have the same upper case, unless
+// that upper case takes more than one character or lies in ASCII while the character does
+// not. PCRE2 folds by Unicode's case folding, which also joins the characters below to their
+// partners (the Kelvin sign to 'k', 'ß' to 'ẞ', a Greek letter with iota below to its title
+// case...). These characters are matched exactly, each with the ones ECMAScript joins to it.
+const std::vector<std::vector<std::uint32_t>>& EcmaCaseClasses() {
+    static const std::vector<std::vector<std::uint32_t>> classes = [] {
+        std::vector<std::vector<std::uint32_t>> list = {
+            {0x00C5, 0x00E5}, {0x00DF}, {0x017F}, {0x0398, 0x03B8, 0x03D1},
+            {0x03A9, 0x03C9}, {0x03F4}, {0x1E9E}, {0x2126},
+            {0x212A},         {0x212B}, {0x1FB3}, {0x1FBC},
+            {0x1FC3},         {0x1FCC}, {0x1FF3}, {0x1FFC}};
+        for (std::uint32_t c = 0x1F80; c <= 0x1FAF; ++c)
+            list.push_back({c});
+        return list;
+    }();
+    return classes;
+}
+
+// The class of c in EcmaCaseClasses, or null.
+const std::vector<std::uint32_t>* EcmaCaseClassOf(std::uint32_t c) {
+    for (const auto& members : EcmaCaseClasses())
+        for (std::uint32_t member : members)
+            if (member == c)
+                return &members;
+    return nullptr;
+}
+
+// The characters of EcmaCaseClasses, as a normalized list.
+const RangeList& EcmaCaseExceptions() {
+    static const RangeList exceptions = [] {
+        RangeList units;
+        for (const auto& members : EcmaCaseClasses())
+            for (std::uint32_t member : members)
+                units.emplace_back(member, member);
+        return Normalized(std::move(units));
+    }();
+    return exceptions;
+}
+
+// The units of a that are not in b; both normalized.
+RangeList Subtract(const RangeList& a, const RangeList& b) {
+    RangeList result;
+    const RangeList outside = Complement(b);
+    for (const auto& [first, last] : a)
+        for (const auto& [from, to] : outside) {
+            const std::uint32_t low = std::max(first, from);
+            const std::uint32_t high = std::min(last, to);
+            if (low <= high)
+                result.emplace_back(low, high);
+        }
+    return Normalized(std::move(result));
 }
 
 bool IsAsciiLetter(std::uint32_t c) {
@@ -172,12 +228,14 @@ public:
     HRESULT Run(TranslatedRegExp& out) {
         m_totalGroups = CountGroups();
         std::u16string body;
-        if (!Disjunction(body))
+        bool nullable = false;
+        if (!Disjunction(body, nullable))
             return m_error;
         if (!AtEnd())
             return RegExpSyntaxError; // a ')' without its '('
         out.pattern = std::move(body);
         out.caseless = m_caseless;
+        out.caselessBackReference = m_caselessBackReference;
         out.captureCount = m_openedGroups;
         return S_OK;
     }
@@ -214,27 +272,35 @@ private:
         return count;
     }
 
-    bool Disjunction(std::u16string& out) {
-        if (!Alternative(out))
+    // nullable tells whether what was read can match the empty text.
+    bool Disjunction(std::u16string& out, bool& nullable) {
+        if (!Alternative(out, nullable))
             return false;
         while (Peek() == u'|' && !AtEnd()) {
             ++m_pos;
             out.push_back(u'|');
-            if (!Alternative(out))
+            bool alternativeNullable = false;
+            if (!Alternative(out, alternativeNullable))
                 return false;
+            nullable = nullable || alternativeNullable;
         }
         return true;
     }
 
-    bool Alternative(std::u16string& out) {
-        while (!AtEnd() && Peek() != u'|' && Peek() != u')')
-            if (!Term(out))
+    bool Alternative(std::u16string& out, bool& nullable) {
+        nullable = true;
+        while (!AtEnd() && Peek() != u'|' && Peek() != u')') {
+            bool termNullable = false;
+            if (!Term(out, termNullable))
                 return false;
+            nullable = nullable && termNullable;
+        }
         return true;
     }
 
-    bool Term(std::u16string& out) {
+    bool Term(std::u16string& out, bool& nullable) {
         const char16_t c = Peek();
+        nullable = true;
         switch (c) {
         case u'^':
             ++m_pos;
@@ -265,11 +331,12 @@ private:
 
         std::u16string atom;
         AtomKind kind = AtomKind::Unit;
+        nullable = false;
         if (c == u'\\') {
-            if (!AtomEscape(atom, kind))
+            if (!AtomEscape(atom, kind, nullable))
                 return false;
         } else if (c == u'(') {
-            if (!Group(atom, kind))
+            if (!Group(atom, kind, nullable))
                 return false;
         } else if (c == u'[') {
             if (!CharacterClass(atom))
@@ -281,7 +348,7 @@ private:
             ++m_pos;
             Literal(atom, c);
         }
-        return Quantified(out, atom, kind);
+        return Quantified(out, atom, kind, nullable);
     }
 
     bool NoQuantifierFollows() {
@@ -331,7 +398,8 @@ private:
         return true;
     }
 
-    bool Quantified(std::u16string& out, std::u16string& atom, AtomKind kind) {
+    // nullable comes in for the atom and goes out for the repeated atom.
+    bool Quantified(std::u16string& out, std::u16string& atom, AtomKind kind, bool& nullable) {
         std::uint64_t min = 0;
         std::uint64_t max = 0;
         const char16_t c = Peek();
@@ -355,6 +423,8 @@ private:
         const bool lazy = Peek() == u'?' && !AtEnd();
         if (lazy)
             ++m_pos;
+        const bool atomNullable = nullable;
+        nullable = nullable || min == 0;
 
         if (kind == AtomKind::Lookahead) {
             // An assertion matches empty, and a repeat beyond its minimum may not: so the
@@ -372,6 +442,11 @@ private:
         // every repeat beyond the minimum has to consume something.
         if (max != Unbounded && max > MaxRepeatCount)
             max = Unbounded;
+        if (min > MaxTextUnits && !atomNullable) {
+            // Each repeat consumes at least one code unit, and no text is that long.
+            out += u"(?:(?:" + atom + u"){0}[^\\x{0}-\\x{ffff}])";
+            return true;
+        }
         if (min > MaxRepeatCount) {
             const std::uint64_t blocks = min / MaxRepeatCount;
             if (blocks > MaxRepeatCount)
@@ -403,7 +478,7 @@ private:
         return true;
     }
 
-    bool Group(std::u16string& atom, AtomKind& kind) {
+    bool Group(std::u16string& atom, AtomKind& kind, bool& nullable) {
         ++m_pos; // '('
         std::u16string opening = u"(";
         kind = AtomKind::Unit;
@@ -426,8 +501,10 @@ private:
         if (++m_depth > MaxRegExpNesting)
             return Fail(RegExpOutOfStack);
         std::u16string inner;
-        if (!Disjunction(inner))
+        if (!Disjunction(inner, nullable))
             return false;
+        if (kind == AtomKind::Lookahead)
+            nullable = true;
         if (AtEnd())
             return Fail(RegExpExpectedParen);
         ++m_pos; // ')'
@@ -461,8 +538,18 @@ private:
             atom += u"])";
             return;
         }
-        if (m_ignoreCase && unit >= 0x80)
+        if (m_ignoreCase && unit >= 0x80) {
+            if (const std::vector<std::uint32_t>* members = EcmaCaseClassOf(unit)) {
+                RangeList units;
+                for (std::uint32_t member : *members)
+                    units.emplace_back(member, member);
+                atom += u"(?-i:";
+                AppendClass(atom, Normalized(std::move(units)));
+                atom += u")";
+                return;
+            }
             m_caseless = true;
+        }
         AppendUnit(atom, unit);
     }
 
@@ -544,7 +631,7 @@ private:
         }
     }
 
-    bool AtomEscape(std::u16string& atom, AtomKind& kind) {
+    bool AtomEscape(std::u16string& atom, AtomKind& kind, bool& nullable) {
         ++m_pos; // '\'
         if (AtEnd())
             return Fail(RegExpSyntaxError);
@@ -567,8 +654,16 @@ private:
                 atom += u"\\g{";
                 AppendNumber(atom, number);
                 atom += u"}";
+                if (m_ignoreCase) {
+                    // PCRE2 folds the comparison by Unicode; the callout then rejects the
+                    // pairs that ECMAScript keeps apart.
+                    atom = u"(?:" + atom + u"(?C{";
+                    AppendNumber(atom, number);
+                    atom += u"}))";
+                }
+                nullable = true;
                 if (m_ignoreCase)
-                    m_caseless = true;
+                    m_caseless = m_caselessBackReference = true;
                 return true;
             }
             m_pos = start;
@@ -724,8 +819,15 @@ private:
                 folded.emplace_back(std::max<std::uint32_t>(first, 0x80), last);
         }
         AddAsciiCaseVariants(exact);
-        exact = Normalized(std::move(exact));
         folded = Normalized(std::move(folded));
+        const RangeList exceptions = Subtract(folded, Subtract(folded, EcmaCaseExceptions()));
+        for (const auto& [first, last] : exceptions)
+            for (std::uint32_t c = first; c <= last; ++c)
+                for (std::uint32_t member : *EcmaCaseClassOf(c))
+                    exact.emplace_back(member, member);
+        if (!exceptions.empty())
+            folded = Subtract(folded, exceptions);
+        exact = Normalized(std::move(exact));
         if (!folded.empty())
             m_caseless = true;
         if (folded.empty()) {
@@ -753,6 +855,7 @@ private:
     std::size_t m_pos = 0;
     bool m_ignoreCase;
     bool m_caseless = false;
+    bool m_caselessBackReference = false;
     int m_totalGroups = 0;
     int m_openedGroups = 0;
     int m_depth = 0;
@@ -760,6 +863,15 @@ private:
 };
 
 } // namespace
+
+bool EcmaCaseDistinct(std::uint32_t a, std::uint32_t b) {
+    if (a == b)
+        return false;
+    const std::vector<std::uint32_t>* members = EcmaCaseClassOf(a);
+    if (members == nullptr)
+        return EcmaCaseClassOf(b) != nullptr;
+    return std::find(members->begin(), members->end(), b) == members->end();
+}
 
 HRESULT TranslateRegExp(std::u16string_view source, bool ignoreCase, TranslatedRegExp& out) {
     Translator translator(source, ignoreCase);

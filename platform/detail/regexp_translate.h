@@ -4,6 +4,7 @@
 
 #include "platform/win_types.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -16,8 +17,14 @@ constexpr int MaxRegExpNesting = 250;
 struct TranslatedRegExp {
     std::u16string pattern; // PCRE2 syntax; every literal written as an escape or plain ASCII
     bool caseless = false;  // compile with PCRE2_CASELESS | PCRE2_UCP
+    bool caselessBackReference = false; // a back-reference compared ignoring case
     int captureCount = 0;
 };
+
+// True when ECMAScript keeps a and b apart ignoring case although Unicode case folding joins
+// them (the Kelvin sign and 'k', 'ß' and 'ẞ', ...). The translation handles such characters
+// in literals and classes; a back-reference's callout asks this of each pair it compared.
+bool EcmaCaseDistinct(std::uint32_t a, std::uint32_t b);
 
 // S_OK with out filled, or one of the script runtime's regular-expression errors
 // (RegExpSyntaxError, RegExpUnexpectedQuantifier, ...), with out unspecified.
