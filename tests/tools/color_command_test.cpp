@@ -1,0 +1,154 @@
+// talvor color as a user runs it: marks equal to the reviewed golden files, a complete HTML page
+// that gives back the text, language by name, code or extension, and clear errors.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <sys/wait.h>
+
+namespace {
+
+struct ToolRun {
+    int exitCode;
+    std::string out; // standard output
+    std::string err; // standard error
+};
+
+ToolRun Talvor(const std::string& arguments) {
+    const std::string errPath = ::testing::TempDir() + "color_command_stderr.txt";
+    const std::string command =
+        std::string(TALVOR_BINARY_DIR) + "/tools/talvor/talvor " + arguments + " 2>" + errPath;
+    ToolRun run{-1, "", ""};
+    FILE* pipe = ::popen(command.c_str(), "r");
+    if (pipe == nullptr)
+        return run;
+    std::array<char, 65536> buffer;
+    std::size_t n;
+    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
+        run.out.append(buffer.data(), n);
+    const int status = ::pclose(pipe);
+    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    std::ifstream err(errPath, std::ios::binary);
+    run.err.assign(std::istreambuf_iterator<char>(err), std::istreambuf_iterator<char>());
+    return run;
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::string WriteTemp(const std::string& name, const std::string& text) {
+    const std::string path = ::testing::TempDir() + name;
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+}
+
+const std::string Corpus = std::string(TALVOR_CORPUS_DIR) + "/languages/";
+const std::string Examples = std::string(TALVOR_SOURCE_DIR) + "/tests/syntax/examples/";
+
+// The page's text with tags taken out and entities turned back.
+std::string TextOfPage(const std::string& page) {
+    const std::size_t begin = page.find("<pre>") + 5;
+    const std::size_t end = page.rfind("</pre>");
+    std::string text;
+    for (std::size_t i = begin; i < end; ++i) {
+        if (page[i] == '<') {
+            i = page.find('>', i);
+            continue;
+        }
+        if (page[i] == '&') {
+            const std::size_t semicolon = page.find(';', i);
+            const std::string entity = page.substr(i, semicolon - i + 1);
+            text += entity == "&amp;" ? '&' : (entity == "&lt;" ? '<' : '>');
+            i = semicolon;
+            continue;
+        }
+        text += page[i];
+    }
+    return text;
+}
+
+TEST(ColorCommand, MarksEqualTheGoldenFiles) {
+    const struct {
+        const char* arguments;
+        const char* golden;
+    } cases[] = {
+        {"color --marks 8-cpp/skiplist.h", "8-cpp/skiplist.h.styled"},
+        {"color --marks --language Basic 3-basic/WebClient.cls", "3-basic/WebClient.cls.styled"},
+        {"--code-page 65001 color --marks 14-html/date-picker-fallback.html",
+         "14-html/date-picker-fallback.html.styled"},
+        {"color --marks --code 2 2-asm/sokoban.asm", "2-asm/sokoban.asm.styled"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments);
+        std::string arguments = c.arguments;
+        arguments.insert(arguments.rfind(' ') + 1, Corpus);
+        const ToolRun run = Talvor(arguments);
+        EXPECT_EQ(run.exitCode, 0) << run.err;
+        EXPECT_TRUE(run.out == ReadFile(Examples + c.golden)) << "output differs from " << c.golden;
+    }
+}
+
+TEST(ColorCommand, HtmlIsACompletePageThatKeepsTheText) {
+    const std::string source = Examples + "8-cpp/all_colours.cpp";
+    const ToolRun run = Talvor("color --html " + source);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.out.rfind("<!DOCTYPE html>\n<html>", 0), 0u);
+    EXPECT_EQ(run.out.substr(run.out.size() - 8), "</html>\n");
+    // COLORREF is 0x00BBGGRR: keywords 0xFF0000 are blue, numbers 0x0000FF red.
+    EXPECT_NE(run.out.find(".k { color: #0000ff; }"), std::string::npos);
+    EXPECT_NE(run.out.find(".n { color: #ff0000; }"), std::string::npos);
+    EXPECT_NE(run.out.find(".c { color: #008000; }"), std::string::npos);
+    EXPECT_NE(run.out.find("<span class=\"k\">static</span>"), std::string::npos);
+    EXPECT_NE(run.out.find("<span class=\"h\">'\\0'</span>"), std::string::npos);
+    EXPECT_EQ(TextOfPage(run.out), ReadFile(source));
+}
+
+TEST(ColorCommand, LanguageByNameCodeOrExtension) {
+    const std::string text = "' note\nDim x\n";
+    const std::string unknown = WriteTemp("colour_input.txt", text);
+    const std::string basic = WriteTemp("colour_input.bas", text);
+    EXPECT_EQ(Talvor("color --marks " + unknown).out, "00 {2}' note\n00 {2}Dim{2} x\n");
+    const std::string coloured = "02 {2}{0}' note\n00 {2}{1}Dim{2} x\n";
+    EXPECT_EQ(Talvor("color --marks " + basic).out, coloured);
+    EXPECT_EQ(Talvor("color --marks --language Basic " + unknown).out, coloured);
+    EXPECT_EQ(Talvor("color --marks --code 3 " + unknown).out, coloured);
+    EXPECT_EQ(Talvor("color --marks --language 'Plain text' " + basic).out,
+              "00 {2}' note\n00 {2}Dim{2} x\n");
+    // The editor's trailing blank closes the word of "=begin" before it is classified.
+    const std::string ruby = WriteTemp("colour_input.rb", "=begin\n");
+    EXPECT_EQ(Talvor("color --marks " + ruby).out, "04 {2}{0}={1}begin\n");
+    EXPECT_EQ(Talvor("color --marks --blank " + ruby).out, "04 {2}{0}=begin \n");
+    EXPECT_NE(Talvor("color --ansi " + basic).out.find("\x1b[38;2;0;0;255mDim"), std::string::npos);
+}
+
+TEST(ColorCommand, BadInputIsAUserError) {
+    const std::string file = WriteTemp("colour_bad.bas", "x\n");
+    const struct {
+        std::string arguments;
+        const char* message;
+    } cases[] = {
+        {"color", "talvor: color: no file given"},
+        {"color /no/such/file.bas", "talvor: color: cannot open '/no/such/file.bas'"},
+        {"color --language basic " + file, "talvor: color: unknown language 'basic'"},
+        {"color --code 36 " + file, "talvor: color: language code '36' is not 0 to 35"},
+        {"color --code x " + file, "talvor: color: language code 'x' is not 0 to 35"},
+        {"color --language Basic --code 3 " + file, "give --language or --code, not both"},
+        {"color --html --ansi " + file, "give only one of --html, --ansi, --marks"},
+        {"color --frob " + file, "talvor: color: unknown option '--frob'"},
+        {"color --language", "--language needs a value"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments);
+        const ToolRun run = Talvor(c.arguments);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_NE(run.err.find(c.message), std::string::npos) << run.err;
+        EXPECT_TRUE(run.out.empty());
+    }
+    EXPECT_EQ(Talvor("color --help").exitCode, 0);
+}
+
+} // namespace
