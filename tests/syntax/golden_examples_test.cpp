@@ -11,6 +11,7 @@
 #include "tests/support/test_environment.h"
 
 #include <algorithm>
+#include <cctype>
 #include <dirent.h>
 #include <gtest/gtest.h>
 #include <random>
@@ -137,6 +138,19 @@ private:
     std::vector<unsigned long> m_cookies;
 };
 
+// The scripts of the VBScript corpus: its ".vbs" files, whatever the case of the extension.
+std::vector<std::string> VbscriptFiles() {
+    std::vector<std::string> scripts;
+    for (const std::string& path : CorpusFiles("vbscript")) {
+        std::string lower = path;
+        for (char& c : lower)
+            c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        if (EndsWith(lower, ".vbs"))
+            scripts.push_back(path);
+    }
+    return scripts;
+}
+
 struct Example {
     UINT language;
     std::string source; // full path of the text
@@ -151,6 +165,13 @@ std::vector<Example> AllExamples() {
         for (const std::string& path : CorpusFiles("languages/" + folder)) {
             const std::string name = path.substr(path.rfind('/') + 1);
             examples.push_back({language, path, dir + "/" + name + ".styled"});
+        }
+        // The real VBScript corpus is Basic too; its golden files sit in a folder of their own.
+        if (language == 3) {
+            for (const std::string& path : VbscriptFiles()) {
+                const std::string name = path.substr(path.rfind('/') + 1);
+                examples.push_back({language, path, dir + "/vbscript/" + name + ".styled"});
+            }
         }
         for (const std::string& name : ListDir(dir, false)) {
             if (!EndsWith(name, ".styled") && !EndsWith(name, ".styled.new"))
@@ -184,7 +205,7 @@ TEST(GoldenExamples, EveryLanguageHasAnAllColoursExample) {
 
 TEST(GoldenExamples, ColouringMatchesTheReviewedFiles) {
     const std::vector<Example> examples = AllExamples();
-    ASSERT_GE(examples.size(), 33u + 56u) << "corpus at " << CorpusDir();
+    ASSERT_GE(examples.size(), 33u + 56u + 67u) << "corpus at " << CorpusDir();
     for (const Example& example : examples) {
         SCOPED_TRACE(example.source);
         const std::string text = ReadFileBytes(example.source);
