@@ -332,6 +332,7 @@ private:
         std::u16string atom;
         AtomKind kind = AtomKind::Unit;
         nullable = false;
+        const int groupsBefore = m_openedGroups;
         if (c == u'\\') {
             if (!AtomEscape(atom, kind, nullable))
                 return false;
@@ -348,7 +349,7 @@ private:
             ++m_pos;
             Literal(atom, c);
         }
-        return Quantified(out, atom, kind, nullable);
+        return Quantified(out, atom, kind, nullable, m_openedGroups != groupsBefore);
     }
 
     bool NoQuantifierFollows() {
@@ -399,7 +400,8 @@ private:
     }
 
     // nullable comes in for the atom and goes out for the repeated atom.
-    bool Quantified(std::u16string& out, std::u16string& atom, AtomKind kind, bool& nullable) {
+    bool Quantified(std::u16string& out, std::u16string& atom, AtomKind kind, bool& nullable,
+                    bool capturing) {
         std::uint64_t min = 0;
         std::uint64_t max = 0;
         const char16_t c = Peek();
@@ -438,24 +440,28 @@ private:
         }
         if (kind == AtomKind::Sequence)
             atom = u"(?:" + atom + u")";
-        // A maximum this large can't be reached by a text of fewer code units than that, for
-        // every repeat beyond the minimum has to consume something.
-        if (max != Unbounded && max > MaxRepeatCount)
-            max = Unbounded;
         if (min > MaxTextUnits && !atomNullable) {
             // Each repeat consumes at least one code unit, and no text is that long.
             out += u"(?:(?:" + atom + u"){0}[^\\x{0}-\\x{ffff}])";
             return true;
         }
         if (min > MaxRepeatCount) {
+            // PCRE2 counts to 65535: whole blocks of that many first, then the rest.
+            // The atom is written twice, so it must not hold a group whose number would change.
             const std::uint64_t blocks = min / MaxRepeatCount;
-            if (blocks > MaxRepeatCount)
+            if (blocks > MaxRepeatCount || capturing)
                 return Fail(RegExpOutOfMemory);
             out += u"(?:" + atom + u"{65535}){";
             AppendNumber(out, blocks);
             out += u"}";
-            min %= MaxRepeatCount;
+            min -= blocks * MaxRepeatCount;
+            if (max != Unbounded)
+                max -= blocks * MaxRepeatCount;
         }
+        // A larger maximum counts as none: that differs only on a text with more than 65535
+        // further repeats of the atom, each consuming at least one code unit.
+        if (max != Unbounded && max > MaxRepeatCount)
+            max = Unbounded;
         out += atom;
         if (min == 0 && max == Unbounded) {
             out += u"*";

@@ -127,6 +127,19 @@ TEST(RegExpFacade, ABadPatternShowsOneMessageAndTheNextCallWorks) {
     EXPECT_EQ(ShownMessages().size(), 3u);
 }
 
+TEST(RegExpFacade, BacktrackingWithoutEndFailsWithAMessageInsteadOfHanging) {
+    // A name with nested repeats, against a line that defeats them: exponential without the
+    // engine's limit.
+    const CString line = CString('x', 40) + "zy";
+    CString result = "kept";
+    EXPECT_EQ(TVPfxTestByRegExp("(x+x+)+y", line, On, On), 0);
+    EXPECT_EQ(TVPfxReplaceByRegExp("(x+x+)+y", line, "", result, On, On), 0);
+    EXPECT_EQ(result, "kept");
+    ASSERT_EQ(ShownMessages().size(), 2u);
+    EXPECT_EQ(ShownMessages()[0], "Out of stack space");
+    EXPECT_EQ(TVPfxTestByRegExp("x+zy$", line, On, On), 1);
+}
+
 TEST(RegExpFacade, PositionsCountCharactersOfTheWideForm) {
     talvor::platform::SetSystemCodePage(talvor::platform::CodePageSimplifiedChinese);
     // "\xC4\xE3\xBA\xC3" is two double-byte characters in code page 936.

@@ -1,0 +1,94 @@
+// The cache of compiled patterns: kept by pattern and case flag, least recently used out
+// first, failures never kept, and no difference a caller of the facade could see.
+#include "text/detail/regex_cache.h"
+
+#include "tests/support/test_environment.h"
+#include "text/regular_expressions.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using talvor::platform::CompiledRegExpPtr;
+using talvor::text::detail::FacadeRegexCache;
+using talvor::text::detail::RegexCache;
+
+CompiledRegExpPtr Compiled(RegexCache& cache, const char16_t* pattern, bool ignoreCase = true) {
+    CompiledRegExpPtr compiled;
+    EXPECT_EQ(cache.Compile(pattern, ignoreCase, compiled), S_OK);
+    return compiled;
+}
+
+TEST(RegexCache, KeepsAPatternPerCaseFlag) {
+    RegexCache cache(8);
+    const CompiledRegExpPtr first = Compiled(cache, u"[\\W]{1}If[\\W]{1}");
+    EXPECT_EQ(Compiled(cache, u"[\\W]{1}If[\\W]{1}"), first);
+    EXPECT_NE(Compiled(cache, u"[\\W]{1}If[\\W]{1}", false), first);
+    EXPECT_NE(Compiled(cache, u"[\\W]{1}IF[\\W]{1}"), first);
+    EXPECT_EQ(cache.Size(), 3u);
+}
+
+TEST(RegexCache, DropsTheLeastRecentlyUsedWhenFull) {
+    RegexCache cache(2);
+    const CompiledRegExpPtr a = Compiled(cache, u"a");
+    const CompiledRegExpPtr b = Compiled(cache, u"b");
+    EXPECT_EQ(Compiled(cache, u"a"), a); // a is now the most recent
+    Compiled(cache, u"c");               // b goes
+    EXPECT_EQ(cache.Size(), 2u);
+    EXPECT_EQ(Compiled(cache, u"a"), a);
+    EXPECT_NE(Compiled(cache, u"b"), b);
+
+    cache.SetCapacity(1);
+    EXPECT_EQ(cache.Size(), 1u);
+    EXPECT_NE(Compiled(cache, u"a"), a); // b was the most recent, a went
+}
+
+TEST(RegexCache, OffOrFailingCompilesAreNotKept) {
+    RegexCache cache(0);
+    EXPECT_NE(Compiled(cache, u"a"), Compiled(cache, u"a"));
+    EXPECT_EQ(cache.Size(), 0u);
+
+    cache.SetCapacity(4);
+    CompiledRegExpPtr compiled;
+    EXPECT_EQ(cache.Compile(u"Foo(Bar", true, compiled), talvor::platform::RegExpExpectedParen);
+    EXPECT_EQ(compiled, nullptr);
+    EXPECT_EQ(cache.Size(), 0u);
+}
+
+// A cache that is too small to hold one round of questions, or none at all, gives the very
+// same answers: the facade's callers can't tell.
+TEST(RegexCache, TheFacadeAnswersTheSameAtAnySize) {
+    const char* patterns[] = {
+        "[\\W]{1}If[\\W]{1}", "^\\s*End If\\s*$", "\\s*=\\s*", "\\w+", "\"[^\"]*\"", "(", "x*"};
+    const char* texts[] = {" If a = \"b\" Then ", "  End If ", "", "Name1"};
+    auto answers = [&] {
+        std::string all;
+        for (const char* pattern : patterns)
+            for (const char* text : texts)
+                for (short ignoreCase : {short(0), short(-1)}) {
+                    CArray<tagREGEXPINFO, tagREGEXPINFO> matches;
+                    CString result = "-";
+                    all += std::to_string(TVPfxTestByRegExp(pattern, text, -1, ignoreCase));
+                    all += std::to_string(
+                        TVPfxGetInfoByRegExp(pattern, text, matches, -1, ignoreCase));
+                    for (const tagREGEXPINFO& match : matches)
+                        all += std::to_string(match.nFirstIndex) + "," +
+                               std::to_string(match.nLength) + match.strValue.GetString();
+                    all += std::to_string(
+                        TVPfxReplaceByRegExp(pattern, text, "", result, -1, ignoreCase));
+                    all += result.GetString();
+                    all += "|";
+                }
+        return all + std::to_string(talvor::testing::ShownMessages().size());
+    };
+    const std::string reference = answers();
+    for (std::size_t capacity : {std::size_t(0), std::size_t(1), std::size_t(3)}) {
+        SCOPED_TRACE(capacity);
+        talvor::testing::ClearShownMessages();
+        FacadeRegexCache().SetCapacity(capacity);
+        EXPECT_EQ(answers(), reference);
+    }
+    FacadeRegexCache().SetCapacity(RegexCache::DefaultCapacity);
+}
+
+} // namespace
