@@ -9,10 +9,14 @@
 #include "engine/detail/text_compare.h"
 #include "resources/resource_guard.h"
 
+#include <algorithm>
+#include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 using talvor::engine::detail::BeginsWith;
+using talvor::engine::detail::BeginsWithAsciiNoCase;
 using talvor::engine::detail::SameNoCase;
 using talvor::engine::detail::ScriptLineList;
 
@@ -29,6 +33,13 @@ int RemoveBlock(ScriptLineList& list, const std::vector<int>& block) {
     if (behind >= 0)
         list.Remove(behind);
     return resume;
+}
+
+// Appends text to blocks without copying it again.
+void AddBlockText(CStringArray& blocks, std::string&& text) {
+    INT_PTR at = blocks.GetSize();
+    blocks.SetSize(at + 1);
+    blocks[at] = CString(std::move(text));
 }
 
 // "Sub Name_Event(a, b)": the head line that the system writes for an event handler. A null
@@ -77,10 +88,28 @@ void CTalvorScriptTextDisposal::GetCodeInfoByScriptText(
     }
     pInfo->strGlobal = CString(std::move(global));
 
+    // One look at each line for what the steps below ask of it. Only lines that begin like
+    // a head line ("Sub " without regard to case) can equal one, and only those are indexed;
+    // a keyword beyond ASCII leaves every line in the index.
     ScriptLineList list(lines, firstAfterGlobal);
-    std::vector<bool> endsSub(static_cast<std::size_t>(count), false);
-    for (int i = list.First(); i >= 0; i = list.Next(i))
-        endsSub[static_cast<std::size_t>(i)] = SameNoCase(list.At(i), m_strEndSub);
+    enum : unsigned char { EndsSub = 1, EndsFunction = 2, Opens = 4 };
+    std::vector<unsigned char> facts(static_cast<std::size_t>(count), 0);
+    const std::string headPrefix = m_strSub.Str() + " ";
+    const bool asciiPrefix = std::all_of(headPrefix.begin(), headPrefix.end(),
+                                         [](char ch) { return ch > 0 && ch < 0x7F; });
+    const bool anyEvents = !interfaces.IsEmpty();
+    for (int i = list.First(); i >= 0; i = list.Next(i)) {
+        const CString& line = list.At(i);
+        unsigned char& fact = facts[static_cast<std::size_t>(i)];
+        if (SameNoCase(line, m_strEndSub))
+            fact |= EndsSub;
+        else if (SameNoCase(line, m_strEndFunction))
+            fact |= EndsFunction;
+        if (BeginsWith(line, m_strSub) || BeginsWith(line, m_strFunction))
+            fact |= Opens;
+        if (anyEvents && (!asciiPrefix || BeginsWithAsciiNoCase(line, headPrefix)))
+            list.AddToIndex(i);
+    }
 
     // Event handlers, in the order of the interfaces and of their events: the first line
     // equal to the head line, up to and including the first End Sub line behind it (or to
@@ -103,15 +132,15 @@ void CTalvorScriptTextDisposal::GetCodeInfoByScriptText(
                 block.push_back(k);
                 text += list.At(k).View();
                 text += "\r\n";
-                if (endsSub[static_cast<std::size_t>(k)])
+                if (facts[static_cast<std::size_t>(k)] & EndsSub)
                     break;
             }
             RemoveBlock(list, block);
             if (events == pFormEvents) {
                 pInfo->arrFormEventID.Add(event->GetID());
-                pInfo->arrFormEventCode.Add(CString(std::move(text)));
+                AddBlockText(pInfo->arrFormEventCode, std::move(text));
             } else {
-                pInfo->arrCtrlEventCode.Add(CString(std::move(text)));
+                AddBlockText(pInfo->arrCtrlEventCode, std::move(text));
             }
         }
     }
@@ -125,29 +154,25 @@ void CTalvorScriptTextDisposal::GetCodeInfoByScriptText(
     std::string text;
     int k = list.First();
     while (k >= 0) {
-        const CString& line = list.At(k);
-        if (block.empty() && (BeginsWith(line, m_strSub) || BeginsWith(line, m_strFunction)))
-            block.push_back(k);
-        else if (!block.empty())
-            block.push_back(k);
-        if (block.empty()) {
+        const unsigned char fact = facts[static_cast<std::size_t>(k)];
+        if (block.empty() && !(fact & Opens)) {
             k = list.Next(k);
             continue;
         }
-        text += line.View();
+        block.push_back(k);
+        text += list.At(k).View();
         text += "\r\n";
-        bool closesSub = endsSub[static_cast<std::size_t>(k)];
-        if (!closesSub && !SameNoCase(line, m_strEndFunction)) {
+        if (!(fact & (EndsSub | EndsFunction))) {
             k = list.Next(k);
             continue;
         }
-        (closesSub ? pInfo->arrSubCode : pInfo->arrFunctionCode).Add(CString(std::move(text)));
+        AddBlockText(fact & EndsSub ? pInfo->arrSubCode : pInfo->arrFunctionCode, std::move(text));
         text.clear();
         k = RemoveBlock(list, block);
         block.clear();
     }
 
-    list.CopyTo(lines);
+    list.Compact();
 }
 
 CString CTalvorScriptTextDisposal::SetScriptTextByCodeInfo(VB_ALL_PROGRAMME_INFO* pInfo) {
@@ -158,10 +183,19 @@ CString CTalvorScriptTextDisposal::SetScriptTextByCodeInfo(VB_ALL_PROGRAMME_INFO
         pInfo->arrFunctionCode.IsEmpty())
         return CString();
 
-    std::string script(pInfo->strGlobal.View());
+    const std::initializer_list<const CStringArray*> order = {
+        &pInfo->arrCtrlEventCode, &pInfo->arrSubCode, &pInfo->arrFunctionCode,
+        &pInfo->arrFormEventCode};
+    std::size_t size = static_cast<std::size_t>(pInfo->strGlobal.GetLength()) + 2;
+    for (const CStringArray* blocks : order) {
+        for (const CString& block : *blocks)
+            size += static_cast<std::size_t>(block.GetLength()) + 2;
+    }
+    std::string script;
+    script.reserve(size);
+    script += pInfo->strGlobal.View();
     script += "\r\n";
-    for (const CStringArray* blocks : {&pInfo->arrCtrlEventCode, &pInfo->arrSubCode,
-                                       &pInfo->arrFunctionCode, &pInfo->arrFormEventCode}) {
+    for (const CStringArray* blocks : order) {
         for (const CString& block : *blocks) {
             script += block.View();
             script += "\r\n";

@@ -1,12 +1,13 @@
 // The lines of a script while it is taken apart: removal marks instead of array shifts, and an
 // index of the lines by their case-folded text, so that finding a handler's head line and
 // removing a block cost no more than the lines they touch. Positions are indices into the
-// lines as given; removed lines are skipped by every walk.
+// array as given; removed lines are skipped by every walk.
 #pragma once
 
 #include "platform/arrays.h"
 #include "platform/cstring.h"
 
+#include <cstddef>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -15,36 +16,37 @@ namespace talvor::engine::detail {
 
 class ScriptLineList {
 public:
-    // Takes the lines from position first on; lines before it count as removed.
-    ScriptLineList(const CStringArray& lines, int first);
+    // Works on lines in place; lines before position first count as removed. The array must
+    // not change until Compact() is called.
+    ScriptLineList(CStringArray& lines, int first);
 
-    const CString& At(int position) const { return m_lines[static_cast<std::size_t>(position)]; }
+    const CString& At(int position) const { return m_lines[position]; }
     // First line not removed, or -1.
     int First() const { return m_head; }
     // Next line after position that is not removed, or -1.
     int Next(int position) const { return m_next[static_cast<std::size_t>(position)]; }
     void Remove(int position);
 
-    // First line not removed that equals text without regard to case, or -1.
+    // Makes the line at position findable by FindNoCase.
+    void AddToIndex(int position);
+    // First line not removed, among those added to the index, that equals text without
+    // regard to case; -1 when there is none.
     int FindNoCase(const CString& text);
 
-    // The lines not removed, in order.
-    void CopyTo(CStringArray& lines) const;
+    // Leaves in the array the lines not removed, in order.
+    void Compact();
 
 private:
-    struct Bucket {
-        std::vector<int> positions; // ascending
-        std::size_t firstAlive = 0; // positions before it are removed
-    };
-    static std::string Key(const CString& text);
+    static std::size_t FoldedHash(const CString& text);
 
-    std::vector<CString> m_lines;
+    CStringArray& m_lines;
     std::vector<int> m_next;
     std::vector<int> m_previous;
     std::vector<bool> m_removed;
     int m_head = -1;
-    bool m_indexBuilt = false;
-    std::unordered_map<std::string, Bucket> m_index;
+    // Lines by the hash of their case-folded text, ascending; a hash may be shared by lines
+    // that differ, so every candidate is compared.
+    std::unordered_map<std::size_t, std::vector<int>> m_index;
 };
 
 } // namespace talvor::engine::detail

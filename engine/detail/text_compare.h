@@ -5,21 +5,51 @@
 #include "platform/code_page.h"
 #include "platform/cstring.h"
 
+#include <cstring>
+#include <string_view>
+
 namespace talvor::engine::detail {
 
 inline const unsigned char* Bytes(const CString& text) {
     return reinterpret_cast<const unsigned char*>(text.GetString());
 }
 
-// Whole texts equal without regard to case (multi-byte rules of the system code page).
-inline bool SameNoCase(const CString& a, const CString& b) {
-    return _mbsicmp(Bytes(a), Bytes(b)) == 0;
+inline unsigned char AsciiLower(unsigned char byte) {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte + ('a' - 'A')) : byte;
 }
 
-// True when the first occurrence of word in text (with regard to case) is at its very start.
+// Whole texts equal without regard to case (multi-byte rules of the system code page). Case
+// folding keeps the byte length of every character, turns an ASCII byte into nothing but its
+// lower case and no other byte into ASCII: so texts of different lengths differ, and so do
+// texts whose first bytes tell them apart that way.
+inline bool SameNoCase(const CString& a, const CString& b) {
+    unsigned char first = Bytes(a)[0], other = Bytes(b)[0];
+    if ((first < 0x80) != (other < 0x80) ||
+        (first < 0x80 && AsciiLower(first) != AsciiLower(other)))
+        return false;
+    return std::strlen(a.GetString()) == std::strlen(b.GetString()) &&
+           _mbsicmp(Bytes(a), Bytes(b)) == 0;
+}
+
+// True when text begins with prefix without regard to case, for a prefix of ASCII characters
+// only (by the same rules of folding).
+inline bool BeginsWithAsciiNoCase(const CString& text, std::string_view prefix) {
+    const unsigned char* at = Bytes(text);
+    for (char ch : prefix) {
+        unsigned char byte = *at++;
+        if (byte == 0 || byte >= 0x80 ||
+            AsciiLower(byte) != AsciiLower(static_cast<unsigned char>(ch)))
+            return false;
+    }
+    return true;
+}
+
+// True when the first occurrence of word in text (with regard to case) is at its very start,
+// which is where the text begins with the word: position 0 is always a character boundary.
 // An empty word is found at the start of every text.
 inline bool BeginsWith(const CString& text, const CString& word) {
-    return _mbsstr(Bytes(text), Bytes(word)) == Bytes(text);
+    const char* w = word.GetString();
+    return std::strncmp(text.GetString(), w, std::strlen(w)) == 0;
 }
 
 // True when word occurs in text with regard to case.

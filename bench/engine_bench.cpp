@@ -1,0 +1,220 @@
+// Hot paths of the script engine: the whole-script round trip on generated form scripts of
+// growing size (its cost must grow in proportion to the script), and line classification.
+#include "engine/script_text_disposal.h"
+#include "host/ole/interface_builder.h"
+#include "platform/code_page.h"
+#include "platform/file_system.h"
+#include "tests/engine/reference_whole_script.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <dirent.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+CTalvorScriptTextDisposal& Engine() {
+    return CTalvorScriptTextDisposal::GetDisposal();
+}
+
+const char* const EventNames[] = {"Click",  "DblClick", "KeyDown",   "KeyPress",
+                                  "Change", "GotFocus", "LostFocus", "MouseMove"};
+
+// A form of controls with eight events each, and a script in the system's own order that
+// handles five of them per control, then Subs and Functions, then the form's handlers: about
+// lineCount lines in all.
+struct GeneratedForm {
+    explicit GeneratedForm(int lineCount) {
+        CTalvorScriptTextDisposal& engine = Engine();
+        std::string subs, functions;
+        script = "Option Explicit\r\nDim total\r\n\r\n";
+        for (int control = 0; Count(script) + Count(subs) + Count(functions) < lineCount;
+             ++control) {
+            const std::string name = "ctl" + std::to_string(control);
+            const std::string number = std::to_string(control);
+            std::vector<talvor::host::MemberDescription> events;
+            for (int e = 0; e < 8; ++e)
+                events.push_back(
+                    {EventNames[e], e + 1,
+                     e % 2 ? std::vector<std::string>{"X", "Y"} : std::vector<std::string>{}});
+            owned.push_back(talvor::host::BuildInterface(name, events));
+            interfaces.Add(owned.back().get());
+            names.Add(name.c_str());
+            for (int e = 0; e < 5; ++e) {
+                VB_SUB_PROGRAMME_INFO body;
+                body.strParameter = e % 2 ? "X, Y" : "";
+                body.strVariable = "Dim n'counter\r\n";
+                for (const std::string& line :
+                     {std::string("If (n > 0) Then"), std::string("total = total + n"),
+                      std::string("Else"), "Call Helper" + number + "(n)", std::string("End If")})
+                    body.arrCode.Add(line.c_str());
+                script +=
+                    engine.SetEventCodeByData((name + "_" + EventNames[e]).c_str(), &body, 0).Str();
+                script += "\r\n";
+            }
+            subs += "Sub Helper" + number + "(v)\r\ntotal = total - v\r\nEnd Sub\r\n\r\n";
+            functions += "Function Twice" + number + "(v)\r\nTwice" + number +
+                         " = 2 * v\r\nEnd Function\r\n\r\n";
+        }
+        script += subs + functions;
+        auto form = talvor::host::BuildInterface("Form", {{"Load", 1, {}}});
+        interfaces.Add(form.get());
+        names.Add(engine.m_strSystemFuncName);
+        formEvents = form.get();
+        owned.push_back(std::move(form));
+        script +=
+            "Sub " + engine.m_strSystemFuncName.Str() + "_Load()\r\ntotal = 0\r\nEnd Sub\r\n\r\n";
+        lineTotal = Count(script);
+    }
+    static int Count(const std::string& text) {
+        return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+    }
+
+    std::string script;
+    int lineTotal = 0;
+    std::vector<std::unique_ptr<CVXInterfaceInfo>> owned;
+    CArray<CVXInterfaceInfo*, CVXInterfaceInfo*> interfaces;
+    CStringArray names;
+    CVXInterfaceInfo* formEvents = nullptr;
+};
+
+CString RoundTrip(GeneratedForm& form) {
+    CStringArray lines;
+    VB_ALL_PROGRAMME_INFO info;
+    Engine().ChangeScripText(CString(form.script), lines);
+    Engine().GetCodeInfoByScriptText(lines, form.names, form.formEvents, form.interfaces, &info);
+    return Engine().SetScriptTextByCodeInfo(&info);
+}
+
+void BM_ScriptRoundTrip(benchmark::State& state) {
+    GeneratedForm form(static_cast<int>(state.range(0)));
+    // The script is in the system's order already, so the round trip gives it back unchanged.
+    if (RoundTrip(form).Str() != form.script)
+        return state.SkipWithError("the round trip changed the generated script");
+    for (auto _ : state)
+        benchmark::DoNotOptimize(RoundTrip(form));
+    state.SetItemsProcessed(state.iterations() * form.lineTotal);
+    state.counters["lines"] = form.lineTotal;
+}
+BENCHMARK(BM_ScriptRoundTrip)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+
+// The phases of the round trip on their own.
+void BM_ChangeScripText(benchmark::State& state) {
+    GeneratedForm form(static_cast<int>(state.range(0)));
+    CString script(form.script);
+    CStringArray lines;
+    for (auto _ : state) {
+        Engine().ChangeScripText(script, lines);
+        benchmark::DoNotOptimize(lines.GetData());
+    }
+    state.SetItemsProcessed(state.iterations() * form.lineTotal);
+}
+BENCHMARK(BM_ChangeScripText)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+
+void BM_SetScriptTextByCodeInfo(benchmark::State& state) {
+    GeneratedForm form(static_cast<int>(state.range(0)));
+    CStringArray lines;
+    VB_ALL_PROGRAMME_INFO info;
+    Engine().ChangeScripText(CString(form.script), lines);
+    Engine().GetCodeInfoByScriptText(lines, form.names, form.formEvents, form.interfaces, &info);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(Engine().SetScriptTextByCodeInfo(&info));
+    state.SetItemsProcessed(state.iterations() * form.lineTotal);
+}
+BENCHMARK(BM_SetScriptTextByCodeInfo)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+
+// The same round trip with the plain walk of the rules: every event searches the lines from
+// the start and every block shifts the array. For comparison only.
+void BM_ScriptRoundTripPlainWalk(benchmark::State& state) {
+    GeneratedForm form(static_cast<int>(state.range(0)));
+    auto plain = [&form] {
+        CStringArray lines;
+        VB_ALL_PROGRAMME_INFO info;
+        Engine().ChangeScripText(CString(form.script), lines);
+        talvor::engine::testing::ReferenceParse(Engine(), lines, form.names, form.formEvents,
+                                                form.interfaces, info);
+        return Engine().SetScriptTextByCodeInfo(&info);
+    };
+    if (plain().Str() != form.script)
+        return state.SkipWithError("the round trip changed the generated script");
+    for (auto _ : state)
+        benchmark::DoNotOptimize(plain());
+    state.SetItemsProcessed(state.iterations() * form.lineTotal);
+}
+BENCHMARK(BM_ScriptRoundTripPlainWalk)->Arg(5000)->Unit(benchmark::kMillisecond);
+
+// Statement lines of every class, as the code tree writes them, with their classes.
+struct ClassifiedLine {
+    const char* line;
+    ENUM_FLOWLOOP flow;
+};
+const ClassifiedLine StatementMix[] = {
+    {"total = total + Price(i) * 2", FLOW_NONE},
+    {"MsgBox \"Saved \" & name, vbInformation, \"Order\"", FLOW_NONE},
+    {"If (count > 0 And name <> \"\") Then", FLOW_IF},
+    {"Else", FLOW_ELSE},
+    {"End If", FLOW_END_IF},
+    {"For i = (1) To (UBound(items)) Step (2)", FLOW_FOR},
+    {"Next", FLOW_NEXT},
+    {"Do While (Not rs.EOF)", FLOW_DO_WHILE},
+    {"Loop", FLOW_LOOP},
+    {"Do", FLOW_DO},
+    {"Loop While (retries < 3)", FLOW_LOOP_WHILE},
+    {"Select Case key", FLOW_SELECT},
+    {"Case 1, 2", FLOW_CASE},
+    {"Case Else", FLOW_CASE_ELSE},
+    {"End Select", FLOW_END_SELECT},
+    {"Exit For", FLOW_EXIT},
+    {"Call txtName.SetFocus()", FLOW_NONE},
+    {"Set conn = CreateObject(\"ADODB.Connection\")", FLOW_NONE},
+};
+
+void BM_CheckCodeFlow_StatementMix(benchmark::State& state) {
+    for (const ClassifiedLine& line : StatementMix) {
+        if (Engine().CheckCodeFlow(line.line) != line.flow)
+            return state.SkipWithError((std::string("misclassified: ") + line.line).c_str());
+    }
+    std::vector<CString> lines;
+    for (const ClassifiedLine& line : StatementMix)
+        lines.emplace_back(line.line);
+    for (auto _ : state) {
+        for (const CString& line : lines)
+            benchmark::DoNotOptimize(Engine().CheckCodeFlow(line));
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(lines.size()));
+}
+BENCHMARK(BM_CheckCodeFlow_StatementMix);
+
+// Every line of the real scripts of the corpus, most of them no flow statement.
+void BM_CheckCodeFlow_Corpus(benchmark::State& state) {
+    std::vector<CString> lines;
+    std::string dir = std::string(TALVOR_CORPUS_DIR) + "/vbscript";
+    if (DIR* handle = ::opendir(dir.c_str())) {
+        while (dirent* entry = ::readdir(handle)) {
+            std::string name = entry->d_name, text, error;
+            if (name.size() < 4 || name.substr(name.size() - 4) != ".vbs" ||
+                !talvor::platform::ReadWholeFile(dir + "/" + name, text, error))
+                continue;
+            CStringArray split;
+            Engine().ChangeScripText(CString(text), split);
+            for (const CString& line : split)
+                lines.push_back(line);
+        }
+        ::closedir(handle);
+    }
+    if (lines.empty())
+        return state.SkipWithError("corpus not found");
+    for (auto _ : state) {
+        for (const CString& line : lines)
+            benchmark::DoNotOptimize(Engine().CheckCodeFlow(line));
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(lines.size()));
+}
+BENCHMARK(BM_CheckCodeFlow_Corpus)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+BENCHMARK_MAIN();
