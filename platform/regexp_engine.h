@@ -3,6 +3,19 @@
 // Replace, which give HRESULTs as the component does. Patterns are ECMAScript-3 regular
 // expressions as VBScript reads them; text is UTF-16 and every code unit is one character,
 // so positions and lengths count code units. Matching runs on PCRE2 under a backtracking limit.
+//
+// The pattern language is JavaScript's (without the u flag), with the lenient forms script
+// engines accept, except where VBScript differs:
+// - \s is [ \f\n\r\t\v] and '.' is anything but a line feed; \w, \d and \b are ASCII;
+// - look-behind, named groups and inline options are syntax errors;
+// - a group inside a repeat keeps its capture from an earlier iteration;
+// - a repeat ends at an iteration that matches empty (JavaScript backtracks into it);
+// - ignoring case, letters match as ECMAScript's case rule says; letters whose case pair
+//   is newer than Unicode 14 match themselves alone.
+// Limits: nesting deeper than 250 groups and a match that backtracks past the limit give
+// "Out of stack space"; a group repeated so often that the compiled pattern passes 64K code
+// units, or a group repeated at least 65536 times, gives "Out of memory"; an upper repeat
+// bound above 65535 counts as none.
 #pragma once
 
 #include "platform/error_text.h"
