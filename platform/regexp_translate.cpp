@@ -207,10 +207,10 @@ void AppendClass(std::u16string& out, const RangeList& ranges, bool negate = fal
     out.push_back(u']');
 }
 
-// How a translated atom may be repeated.
+// How a translated atom may be repeated. Every atom is written as one PCRE2 item (a class,
+// a group, an escape), so a quantifier applies to it as it stands.
 enum class AtomKind {
-    Unit,     // one PCRE2 item: a quantifier applies to it as it stands
-    Sequence, // several items: wrapped in a group before a quantifier
+    Unit,
     Lookahead // repeated the way ECMAScript repeats an assertion
 };
 
@@ -438,8 +438,6 @@ private:
                 out += atom;
             return true;
         }
-        if (kind == AtomKind::Sequence)
-            atom = u"(?:" + atom + u")";
         if (min > MaxTextUnits && !atomNullable) {
             // Each repeat consumes at least one code unit, and no text is that long.
             out += u"(?:(?:" + atom + u"){0}[^\\x{0}-\\x{ffff}])";
