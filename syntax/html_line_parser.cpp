@@ -76,7 +76,7 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
         if (i >= length)
             break;
         const unsigned char b = bytes[i];
-        if (b >= 0x80 && rules.multiByte) {
+        if (rules.byteClass[b] & MaybeLead) {
             if (int n = MultiByteLength(line, length, i)) {
                 i += n;
                 floor = i;

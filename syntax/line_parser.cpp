@@ -72,10 +72,11 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
         if (i >= length)
             break;
         const unsigned char b = bytes[i];
+        const unsigned char byteClass = rules.byteClass[b];
 
         // A multi-byte character changes no state: it is never part of a match, and an open
         // word simply takes it in.
-        if (b >= 0x80 && rules.multiByte) {
+        if (byteClass & MaybeLead) {
             if (int n = MultiByteLength(line, length, i)) {
                 i += n;
                 floor = i;
@@ -110,6 +111,13 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
                 }
             }
             ++i;
+            // Bytes that can end no closer, escape nothing and start no character change
+            // nothing: the escape flag is worked out afresh from the byte before each byte.
+            if (!redefine) {
+                while (i < length &&
+                       (rules.byteClass[bytes[i]] & (EndsCloser | Backslash | MaybeLead)) == 0)
+                    ++i;
+            }
             continue;
         }
 
@@ -120,10 +128,13 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
                 redefine = true;
             }
             ++i;
+            if (!redefine) {
+                while (i < length && (rules.byteClass[bytes[i]] & (EndsCloser | MaybeLead)) == 0)
+                    ++i;
+            }
             continue;
         }
 
-        const unsigned char byteClass = rules.byteClass[b];
         if (byteClass & EndsOpener) {
             // An opener does not close an open word: the word is tried when it ends later.
             if (byteClass & EndsLineComment) {
@@ -157,9 +168,9 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
                         // close the comment it opens.
                         if (i >= length)
                             break;
-                        int n = rules.multiByte && bytes[i] >= 0x80
-                                    ? MultiByteLength(line, length, i)
-                                    : 0;
+                        const int n = (rules.byteClass[bytes[i]] & MaybeLead)
+                                          ? MultiByteLength(line, length, i)
+                                          : 0;
                         i += n > 0 ? n : 1;
                         if (n > 0)
                             floor = i;
@@ -173,6 +184,9 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
             if (wordStart < 0)
                 wordStart = i;
             ++i;
+            // The rest of the word: bytes that are word bytes and nothing else.
+            while (i < length && rules.byteClass[bytes[i]] == WordByte)
+                ++i;
             continue;
         }
         if (wordStart >= 0) {
@@ -181,8 +195,13 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
             redefine = true;
             backStep = true;
             wordStart = -1;
+            ++i;
+            continue;
         }
         ++i;
+        // Bytes that neither open, close, nor belong to a word change nothing.
+        while (i < length && rules.byteClass[bytes[i]] == 0)
+            ++i;
     }
 
     if (wordStart >= 0)

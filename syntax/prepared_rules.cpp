@@ -5,19 +5,28 @@
 #include "platform/code_page.h"
 
 #include <array>
+#include <cstring>
 
 namespace talvor::syntax::detail {
 namespace {
 
-constexpr std::array<unsigned char, 256> AsciiWordBytes = [] {
+// The classes every rule set starts from, without and with lead bytes in the code page.
+constexpr std::array<unsigned char, 256> BaseClasses(bool multiByte) {
     std::array<unsigned char, 256> table{};
     for (int c = 0; c < 256; ++c) {
         bool word =
             (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
-        table[static_cast<std::size_t>(c)] = word ? WordByte : 0;
+        unsigned char bits = word ? WordByte : 0;
+        if (c == '\\')
+            bits |= Backslash;
+        if (multiByte && c >= 0x80)
+            bits |= MaybeLead;
+        table[static_cast<std::size_t>(c)] = bits;
     }
     return table;
-}();
+}
+constexpr std::array<unsigned char, 256> SingleByteClasses = BaseClasses(false);
+constexpr std::array<unsigned char, 256> MultiByteClasses = BaseClasses(true);
 
 RuleText Read(const char* text) {
     RuleText rule;
@@ -52,7 +61,8 @@ PreparedRules::PreparedRules(const CTalvorSyntax& syntax) {
     endChar = syntax.m_nEndCharCount > 0 ? Read(syntax.m_pszEndChar) : RuleText{};
     multiByte = platform::IsMultiByteCodePage();
 
-    std::memcpy(byteClass, AsciiWordBytes.data(), sizeof byteClass);
+    std::memcpy(byteClass, (multiByte ? MultiByteClasses : SingleByteClasses).data(),
+                sizeof byteClass);
     for (char c : syntax.m_strInString.View())
         byteClass[static_cast<unsigned char>(c)] |= WordByte;
     auto markLast = [this](const RuleText& rule, unsigned char bit) {
@@ -62,9 +72,12 @@ PreparedRules::PreparedRules(const CTalvorSyntax& syntax) {
     for (int slot = 0; slot < 2; ++slot) {
         markLast(lineComment[slot], EndsLineComment);
         markLast(beginComment[slot], EndsBlockComment);
+        markLast(endComment[slot], EndsCloser);
     }
     markLast(beginString, EndsString);
     markLast(beginChar, EndsChar);
+    markLast(endString, EndsCloser);
+    markLast(endChar, EndsCloser);
 }
 
 } // namespace talvor::syntax::detail

@@ -5,8 +5,6 @@
 
 #include "syntax/syntax.h"
 
-#include <cstring>
-
 namespace talvor::syntax::detail {
 
 struct RuleText {
@@ -14,6 +12,8 @@ struct RuleText {
     int length = 0; // 0 for a null or empty slot, which never matches
 };
 
+// A byte value's class 0 means the byte changes nothing in normal text; the scan loops skip
+// such bytes, and the rest of a word, without the full dispatch.
 enum ByteClass : unsigned char {
     WordByte = 0x01,
     EndsLineComment = 0x02,  // last byte of a line comment opener
@@ -21,6 +21,9 @@ enum ByteClass : unsigned char {
     EndsChar = 0x08,         // last byte of the character literal opener
     EndsBlockComment = 0x10, // last byte of a block comment opener
     EndsOpener = EndsLineComment | EndsString | EndsChar | EndsBlockComment,
+    MaybeLead = 0x20,  // a byte above 0x7F while the code page has lead bytes
+    EndsCloser = 0x40, // last byte of a string, literal or block comment closer
+    Backslash = 0x80,  // may escape a closer
 };
 
 struct PreparedRules {
@@ -44,8 +47,15 @@ struct PreparedRules {
 // last multi-byte character, so that such a character is never part of a match.
 inline bool RuleEndsAt(const RuleText& rule, const char* line, int pos, int floor) {
     const int start = pos - rule.length + 1;
-    return rule.length > 0 && start >= floor &&
-           std::memcmp(line + start, rule.text, static_cast<std::size_t>(rule.length)) == 0;
+    if (rule.length == 0 || start < floor)
+        return false;
+    // Rules are a few bytes long: a plain loop beats a call to memcmp, and the last byte,
+    // the one most likely to differ, is compared first.
+    for (int k = rule.length - 1; k >= 0; --k) {
+        if (line[start + k] != rule.text[k])
+            return false;
+    }
+    return true;
 }
 
 // The first examined slot whose rule ends at pos, or null.

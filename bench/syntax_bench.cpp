@@ -1,0 +1,235 @@
+// Line parser throughput on large real inputs: the VBScript corpus as Basic and the C++ files of
+// the language corpus, each repeated to at least 20 MiB, coloured line by line with the cookie
+// carried across hard line ends, with run lists (painting) and without (the cookie cache).
+// The input definition is the one bench/compare_source_highlight.sh uses: the files in byte
+// order of their paths, each followed by a line feed if it lacks one, repeated whole.
+#include "platform/code_page.h"
+#include "platform/file_system.h"
+#include "syntax/line_cookie.h"
+#include "syntax/syntax.h"
+#include "syntax/text_lines.h"
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <cctype>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t InputBytes = 20u << 20;
+
+struct Parser : CTalvorSyntax {
+    using CTalvorSyntax::LoadSynWord;
+    using CTalvorSyntax::ParseLine;
+};
+
+struct Corpus {
+    UINT language = 0;
+    std::vector<CString> lines;     // the whole input
+    std::size_t bytes = 0;          // size of the input text, line ends included
+    std::size_t firstCopyLines = 0; // lines of one pass over the files
+    std::string expected;           // golden colouring of one pass
+    std::string error;              // why the corpus can't be used
+};
+
+std::string Lower(std::string text) {
+    for (char& c : text)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+}
+
+// Files of a corpus folder whose names end in one of the extensions (case ignored), sorted.
+std::vector<std::string> FilesOf(const std::string& folder,
+                                 const std::vector<std::string>& extensions) {
+    std::vector<std::string> files;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+        if (!entry.is_regular_file())
+            continue;
+        const std::string path = entry.path().string();
+        for (const std::string& extension : extensions) {
+            const std::string lower = Lower(path);
+            if (lower.size() >= extension.size() &&
+                lower.compare(lower.size() - extension.size(), extension.size(), extension) == 0)
+                files.push_back(path);
+        }
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+// The golden form of a line: cookie at its end in hex, then the text with {n} before each run.
+void AppendStyled(std::string& out, const CString& line, const COLORINFO* runs, int count,
+                  unsigned long cookie) {
+    char head[24];
+    std::snprintf(head, sizeof head, "%02lx ", cookie);
+    out += head;
+    std::size_t pos = 0;
+    const std::string_view text = line.View();
+    for (int i = 0; i < count; ++i) {
+        const std::size_t start =
+            std::min<std::size_t>(static_cast<std::size_t>(runs[i].m_nCharPos), text.size());
+        if (start > pos) {
+            out.append(text.substr(pos, start - pos));
+            pos = start;
+        }
+        out += '{';
+        out += std::to_string(runs[i].m_nColorIndex);
+        out += '}';
+    }
+    out.append(text.substr(pos));
+    out += '\n';
+}
+
+Corpus LoadCorpus(UINT language, const std::string& folder,
+                  const std::vector<std::string>& extensions, const std::string& goldenFolder) {
+    Corpus corpus;
+    corpus.language = language;
+    std::string once, error;
+    for (const std::string& path : FilesOf(folder, extensions)) {
+        std::string text, golden;
+        if (!talvor::platform::ReadWholeFile(path, text, error)) {
+            corpus.error = error;
+            return corpus;
+        }
+        const std::string name = path.substr(path.rfind('/') + 1);
+        if (!talvor::platform::ReadWholeFile(goldenFolder + "/" + name + ".styled", golden,
+                                             error)) {
+            corpus.error = error;
+            return corpus;
+        }
+        once += text;
+        if (!text.empty() && text.back() != '\n')
+            once += '\n';
+        corpus.expected += golden;
+    }
+    if (once.empty()) {
+        corpus.error = "no input files in " + folder;
+        return corpus;
+    }
+    corpus.firstCopyLines = talvor::syntax::SplitLines(once).size();
+    std::string input;
+    while (input.size() < InputBytes)
+        input += once;
+    corpus.bytes = input.size();
+    for (std::string_view line : talvor::syntax::SplitLines(input))
+        corpus.lines.emplace_back(line);
+    return corpus;
+}
+
+// Colours every line as a paint does, with a run list; returns the cookie after the last line.
+unsigned long ColourAll(Parser& parser, std::vector<CString>& lines, std::vector<COLORINFO>& runs,
+                        std::size_t limit, std::string* styled) {
+    unsigned long cookie = 0;
+    const UINT language = parser.GetLanguage();
+    for (std::size_t i = 0; i < limit; ++i) {
+        CString& line = lines[i];
+        const std::size_t room = 2 * static_cast<std::size_t>(line.GetLength()) + 1;
+        if (runs.size() < room)
+            runs.resize(room);
+        int count = 0;
+        const unsigned long end = parser.ParseLine(cookie, line, runs.data(), count);
+        if (styled != nullptr)
+            AppendStyled(*styled, line, runs.data(), count, end);
+        benchmark::DoNotOptimize(runs.data());
+        cookie = talvor::syntax::CookieForNextLine(language, end, true);
+    }
+    return cookie;
+}
+
+// Works out the cookies only, as the editor's cache does for lines it does not paint.
+unsigned long CookiesOnly(Parser& parser, std::vector<CString>& lines) {
+    unsigned long cookie = 0;
+    const UINT language = parser.GetLanguage();
+    for (CString& line : lines) {
+        int none = 0;
+        cookie = talvor::syntax::CookieForNextLine(
+            language, parser.ParseLine(cookie, line, nullptr, none), true);
+    }
+    return cookie;
+}
+
+Corpus& Basic() {
+    static Corpus corpus =
+        LoadCorpus(3, std::string(TALVOR_CORPUS_DIR) + "/vbscript", {".vbs"},
+                   std::string(TALVOR_SOURCE_DIR) + "/tests/syntax/examples/3-basic/vbscript");
+    return corpus;
+}
+
+Corpus& Cpp() {
+    static Corpus corpus =
+        LoadCorpus(8, std::string(TALVOR_CORPUS_DIR) + "/languages/8-cpp", {".cc", ".h"},
+                   std::string(TALVOR_SOURCE_DIR) + "/tests/syntax/examples/8-cpp");
+    return corpus;
+}
+
+// Loads the language and checks the colouring of one pass against the golden files, so that a
+// fast wrong parser cannot win. Returns false (and skips the benchmark) when it differs.
+bool Prepare(benchmark::State& state, Corpus& corpus, Parser& parser) {
+    if (!corpus.error.empty()) {
+        state.SkipWithError(corpus.error.c_str());
+        return false;
+    }
+    talvor::platform::SetSystemCodePage(talvor::platform::CodePageWestern);
+    parser.SetLanguage(corpus.language);
+    parser.LoadSynWord();
+    std::vector<COLORINFO> runs;
+    std::string styled;
+    ColourAll(parser, corpus.lines, runs, corpus.firstCopyLines, &styled);
+    if (styled != corpus.expected) {
+        state.SkipWithError("colouring differs from the golden files");
+        return false;
+    }
+    return true;
+}
+
+void RunPaint(benchmark::State& state, Corpus& corpus) {
+    Parser parser;
+    if (!Prepare(state, corpus, parser))
+        return;
+    std::vector<COLORINFO> runs;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            ColourAll(parser, corpus.lines, runs, corpus.lines.size(), nullptr));
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * corpus.bytes));
+    state.counters["lines"] = static_cast<double>(corpus.lines.size());
+}
+
+void RunCookies(benchmark::State& state, Corpus& corpus) {
+    Parser parser;
+    if (!Prepare(state, corpus, parser))
+        return;
+    std::vector<COLORINFO> runs;
+    const unsigned long painted =
+        ColourAll(parser, corpus.lines, runs, corpus.lines.size(), nullptr);
+    if (CookiesOnly(parser, corpus.lines) != painted)
+        return state.SkipWithError("cookies without run lists differ from painted ones");
+    for (auto _ : state)
+        benchmark::DoNotOptimize(CookiesOnly(parser, corpus.lines));
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * corpus.bytes));
+}
+
+void BM_ParseLine_LargeBasic(benchmark::State& state) {
+    RunPaint(state, Basic());
+}
+void BM_ParseLine_LargeCpp(benchmark::State& state) {
+    RunPaint(state, Cpp());
+}
+void BM_ParseLineCookiesOnly_LargeBasic(benchmark::State& state) {
+    RunCookies(state, Basic());
+}
+void BM_ParseLineCookiesOnly_LargeCpp(benchmark::State& state) {
+    RunCookies(state, Cpp());
+}
+
+BENCHMARK(BM_ParseLine_LargeBasic)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ParseLine_LargeCpp)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ParseLineCookiesOnly_LargeBasic)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ParseLineCookiesOnly_LargeCpp)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+BENCHMARK_MAIN();
