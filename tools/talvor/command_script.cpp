@@ -1,6 +1,317 @@
-// talvor script: filled by the script engine's commands.
+// talvor script: a form script taken apart by the script engine and written back, shown as the
+// code tree, and edited one code operation at a time.
 #include "tools/talvor/commands.h"
 
+#include "engine/script_text_disposal.h"
+#include "platform/file_system.h"
+#include "tools/talvor/script_session.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
 namespace talvor::tool {
-int RunScript(const Args&) { return NotAvailable("script"); }
+namespace {
+
+using Json = nlohmann::json;
+
+const char* const ScriptHelp =
+    "usage: talvor script parse FORM SCRIPT [--json]\n"
+    "       talvor script regen FORM SCRIPT [--output FILE]\n"
+    "       talvor script tree FORM SCRIPT [--procedure NAME] [--json]\n"
+    "       talvor script op FORM SCRIPT PROCEDURE OPERATION INDEX [CODE] [--json]\n"
+    "\n"
+    "FORM is a form description (JSON: the controls in tab order with their events, and the\n"
+    "form's own events); SCRIPT is the form's VBScript text.\n"
+    "\n"
+    "  parse  the script's record: global block, control handlers, Subs, Functions, form\n"
+    "         handlers with their member ids, and the lines outside of any block\n"
+    "  regen  the script written back in the system's order of blocks\n"
+    "  tree   each procedure's body as the code tree: title, flow class and nesting of each\n"
+    "         line\n"
+    "  op     one code operation on a procedure's body: new, modify, delete, insert-before,\n"
+    "         insert-after, add-else, move-up, move-down, move-top, move-bottom (or 0 to 9) at\n"
+    "         line INDEX (from 0) with statement CODE; prints the body and the line to select\n";
+
+const char* const FlowNames[] = {"none",   "if",       "else",      "end-if",     "for",
+                                 "next",   "do-while", "loop",      "do",         "loop-while",
+                                 "select", "case",     "case-else", "end-select", "exit"};
+
+const char* const OperationNames[] = {"new",          "modify",     "delete",  "insert-before",
+                                      "insert-after", "add-else",   "move-up", "move-down",
+                                      "move-top",     "move-bottom"};
+
+CTalvorScriptTextDisposal& Engine() {
+    return CTalvorScriptTextDisposal::GetDisposal();
+}
+
+// Arguments of a subcommand: the words that aren't options, and the options.
+struct Parsed {
+    std::vector<std::string> words;
+    bool json = false;
+    std::string output;
+    std::string procedure;
+};
+
+bool ParseArguments(const Args& args, Parsed& parsed, std::string& error) {
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (arg == "--json") {
+            parsed.json = true;
+        } else if (arg == "--output" || arg == "--procedure") {
+            if (i + 1 >= args.size()) {
+                error = arg + " needs a value";
+                return false;
+            }
+            (arg == "--output" ? parsed.output : parsed.procedure) = args[++i];
+        } else if (arg.size() > 2 && arg.compare(0, 2, "--") == 0) {
+            error = "unknown option '" + arg + "'";
+            return false;
+        } else {
+            parsed.words.push_back(arg);
+        }
+    }
+    return true;
+}
+
+void PrintBlock(const CString& text) {
+    CStringArray lines;
+    Engine().ChangeScripText(text, lines);
+    for (const CString& line : lines)
+        std::printf("    | %s\n", line.GetString());
+}
+
+int LineCount(const CString& text) {
+    CStringArray lines;
+    Engine().ChangeScripText(text, lines);
+    return static_cast<int>(lines.GetSize());
+}
+
+Json Texts(const CStringArray& texts) {
+    Json list = Json::array();
+    for (const CString& text : texts)
+        list.push_back(ToUtf8(text));
+    return list;
+}
+
+int Parse(const ScriptSession& session, bool json) {
+    const VB_ALL_PROGRAMME_INFO& info = session.info;
+    if (json) {
+        Json ids = Json::array();
+        for (long id : info.arrFormEventID)
+            ids.push_back(id);
+        Json out = {{"strGlobal", ToUtf8(info.strGlobal)},
+                    {"arrFormEventCode", Texts(info.arrFormEventCode)},
+                    {"arrFormEventID", ids},
+                    {"arrCtrlEventCode", Texts(info.arrCtrlEventCode)},
+                    {"arrSubCode", Texts(info.arrSubCode)},
+                    {"arrFunctionCode", Texts(info.arrFunctionCode)},
+                    {"outsideOfBlocks", Texts(session.outside)}};
+        std::printf("%s\n", out.dump(2).c_str());
+        return ExitOk;
+    }
+    std::printf("global block: %d line(s)\n", LineCount(info.strGlobal));
+    PrintBlock(info.strGlobal);
+    const std::pair<const char*, const CStringArray*> sections[] = {
+        {"control handlers", &info.arrCtrlEventCode},
+        {"subs", &info.arrSubCode},
+        {"functions", &info.arrFunctionCode},
+        {"form handlers", &info.arrFormEventCode}};
+    for (const auto& [title, blocks] : sections) {
+        std::printf("%s: %d\n", title, static_cast<int>(blocks->GetSize()));
+        for (INT_PTR i = 0; i < blocks->GetSize(); ++i) {
+            std::printf("  [%d] %d line(s)", static_cast<int>(i), LineCount((*blocks)[i]));
+            if (blocks == &info.arrFormEventCode)
+                std::printf(", member id %ld", info.arrFormEventID[i]);
+            std::printf("\n");
+            PrintBlock((*blocks)[i]);
+        }
+    }
+    std::printf("outside of blocks (dropped when written): %d line(s)\n",
+                static_cast<int>(session.outside.GetSize()));
+    for (const CString& line : session.outside)
+        std::printf("    | %s\n", line.GetString());
+    return ExitOk;
+}
+
+int Regen(const ScriptSession& session, const std::string& output) {
+    VB_ALL_PROGRAMME_INFO info = session.info;
+    CString script = Engine().SetScriptTextByCodeInfo(&info);
+    if (output.empty()) {
+        std::fwrite(script.GetString(), 1, static_cast<std::size_t>(script.GetLength()), stdout);
+        return ExitOk;
+    }
+    std::string error;
+    if (!platform::WriteFileAtomically(output, script.View(), error))
+        return UserError(error);
+    return ExitOk;
+}
+
+// Nesting of each line of a body, from the positions of its blocks: the lines between a
+// block's start and end are one level deeper, its Else line is not; in a Select block the
+// lines behind each Case are one level deeper again.
+std::vector<int> Depths(CStringArray& body) {
+    const int size = static_cast<int>(body.GetSize());
+    std::vector<int> depth(static_cast<std::size_t>(size), 0);
+    for (int i = 0; i < size; ++i) {
+        ENUM_FLOWLOOP flow = Engine().CheckCodeFlow(body[i]);
+        if (flow == FLOW_IF || flow == FLOW_FOR || flow == FLOW_DO_WHILE || flow == FLOW_DO) {
+            int index = i, start, middle, end;
+            Engine().GetFlowPosByKeyWord(body, index, start, middle, end);
+            for (int j = start + 1; end > start && j < end; ++j)
+                depth[static_cast<std::size_t>(j)] += j != middle;
+        } else if (flow == FLOW_SELECT) {
+            int index = i, select, caseElse, endSelect;
+            CArray<int, int> cases;
+            Engine().GetCasePosByKeyWord(body, index, select, caseElse, endSelect, cases);
+            if (endSelect <= select)
+                continue;
+            std::vector<int> marks(cases.begin(), cases.end());
+            if (caseElse > select)
+                marks.push_back(caseElse);
+            std::sort(marks.begin(), marks.end());
+            marks.push_back(endSelect);
+            for (int j = select + 1; j < endSelect; ++j)
+                ++depth[static_cast<std::size_t>(j)];
+            for (std::size_t m = 0; m + 1 < marks.size(); ++m) {
+                for (int j = marks[m] + 1; j < marks[m + 1]; ++j)
+                    ++depth[static_cast<std::size_t>(j)];
+            }
+        }
+    }
+    return depth;
+}
+
+int Tree(const ScriptSession& session, const std::string& only, bool json) {
+    Json procedures = Json::array();
+    bool found = false;
+    for (const Procedure& procedure : session.Procedures()) {
+        if (!only.empty() && CString(procedure.name.c_str()).CompareNoCase(only.c_str()) != 0)
+            continue;
+        found = true;
+        VB_SUB_PROGRAMME_INFO sub;
+        Engine().GetDataByEventCode(procedure.text, &sub);
+        CStringArray& body = sub.arrCode;
+        std::vector<int> depth = Depths(body);
+        Json lines = Json::array();
+        if (!json)
+            std::printf("%s\n", procedure.name.c_str());
+        for (int i = 0; i < static_cast<int>(body.GetSize()); ++i) {
+            ENUM_FLOWLOOP flow = Engine().CheckCodeFlow(body[i]);
+            CString title = Engine().GetTreeTitleByCode(body[i]);
+            int index = i, start, middle, end;
+            Engine().GetFlowPosByKeyWord(body, index, start, middle, end);
+            if (json) {
+                lines.push_back({{"index", i},
+                                 {"code", ToUtf8(body[i])},
+                                 {"title", ToUtf8(title)},
+                                 {"flow", static_cast<int>(flow)},
+                                 {"flowName", FlowNames[flow]},
+                                 {"depth", depth[static_cast<std::size_t>(i)]},
+                                 {"start", start},
+                                 {"middle", middle},
+                                 {"end", end}});
+                continue;
+            }
+            std::string indent(2 * static_cast<std::size_t>(depth[static_cast<std::size_t>(i)]),
+                               ' ');
+            std::printf("  %3d  %s%s", i, indent.c_str(), title.GetString());
+            if (flow != FLOW_NONE)
+                std::printf("  [%s]", FlowNames[flow]);
+            std::printf("\n");
+        }
+        if (json)
+            procedures.push_back({{"name", procedure.name}, {"lines", lines}});
+    }
+    if (!found && !only.empty())
+        return UserError("script tree: no procedure named '" + only + "'");
+    if (json)
+        std::printf("%s\n", Json{{"procedures", procedures}}.dump(2).c_str());
+    return ExitOk;
+}
+
+bool OperationByName(const std::string& name, ENUM_CODE_OPERATE& op) {
+    for (int i = 0; i < static_cast<int>(std::size(OperationNames)); ++i) {
+        if (name == OperationNames[i] || name == std::to_string(i)) {
+            op = static_cast<ENUM_CODE_OPERATE>(i);
+            return true;
+        }
+    }
+    return false;
+}
+
+int Operate(const ScriptSession& session, const std::vector<std::string>& words, bool json) {
+    const std::string& name = words[3];
+    ENUM_CODE_OPERATE op;
+    if (!OperationByName(words[4], op))
+        return UserError("script op: unknown operation '" + words[4] +
+                         "' (see talvor script --help)");
+    char* end = nullptr;
+    long index = std::strtol(words[5].c_str(), &end, 10);
+    if (words[5].empty() || *end != '\0' || index < -1000000 || index > 1000000)
+        return UserError("script op: line index '" + words[5] + "' is not a number");
+    CString code = words.size() > 6 ? CString(words[6].c_str()) : CString();
+
+    for (const Procedure& procedure : session.Procedures()) {
+        if (CString(procedure.name.c_str()).CompareNoCase(name.c_str()) != 0)
+            continue;
+        VB_SUB_PROGRAMME_INFO sub;
+        Engine().GetDataByEventCode(procedure.text, &sub);
+        int selected = Engine().CodeOperate(sub.arrCode, code, op, static_cast<int>(index));
+        if (json) {
+            std::printf("%s\n", Json{{"procedure", procedure.name},
+                                     {"operation", OperationNames[op]},
+                                     {"result", selected},
+                                     {"lines", Texts(sub.arrCode)}}
+                                    .dump(2)
+                                    .c_str());
+            return ExitOk;
+        }
+        for (int i = 0; i < static_cast<int>(sub.arrCode.GetSize()); ++i)
+            std::printf("%s %3d  %s\n", i == selected ? ">" : " ", i, sub.arrCode[i].GetString());
+        if (selected < 0)
+            std::printf("selected: none (the operation can't be done there)\n");
+        else
+            std::printf("selected: %d\n", selected);
+        return ExitOk;
+    }
+    return UserError("script op: no procedure named '" + name + "'");
+}
+
+} // namespace
+
+int RunScript(const Args& args) {
+    if (args.empty() || args[0] == "--help" || args[0] == "-h") {
+        std::fputs(ScriptHelp, args.empty() ? stderr : stdout);
+        return args.empty() ? ExitUserError : ExitOk;
+    }
+    Parsed parsed;
+    std::string error;
+    if (!ParseArguments(args, parsed, error))
+        return UserError("script: " + error);
+    const std::vector<std::string>& words = parsed.words;
+    const std::string& command = words.empty() ? args[0] : words[0];
+    const std::size_t wanted = command == "op" ? 6 : 3;
+    if (command != "parse" && command != "regen" && command != "tree" && command != "op")
+        return UserError("script: unknown subcommand '" + command + "' (see talvor script --help)");
+    if (words.size() < wanted || words.size() > (command == "op" ? 7u : 3u))
+        return UserError("script " + command +
+                         ": wrong number of arguments (see talvor script --help)");
+
+    ScriptSession session;
+    if (!session.Load(words[1], words[2], error))
+        return UserError(error);
+    if (command == "parse")
+        return Parse(session, parsed.json);
+    if (command == "regen")
+        return Regen(session, parsed.output);
+    if (command == "tree")
+        return Tree(session, parsed.procedure, parsed.json);
+    return Operate(session, words, parsed.json);
+}
+
 } // namespace talvor::tool
