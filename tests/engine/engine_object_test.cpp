@@ -39,68 +39,39 @@ TEST(ChangeScripText, CutsAtLineFeedsAndDropsThePieceBehindTheLast) {
     }
 }
 
-TEST(ChangeScripText, MixedLineEndsGiveTheSameLines) {
-    CStringArray crlf, lf;
-    Engine().ChangeScripText("Sub a()\r\nx = 1\r\n\r\nEnd Sub\r\n", crlf);
-    Engine().ChangeScripText("Sub a()\nx = 1\n\nEnd Sub\n", lf);
-    EXPECT_EQ(Join(crlf), Join(lf));
-    EXPECT_EQ(Join(crlf), "Sub a()|x = 1||End Sub");
-}
-
 TEST(EngineObject, GetDisposalGivesOneObject) {
     EXPECT_EQ(&CTalvorScriptTextDisposal::GetDisposal(), &CTalvorScriptTextDisposal::GetDisposal());
 }
 
 TEST(EngineObject, ClearDataEmptiesEachRecordAndKeepsGrowth) {
     CTalvorScriptTextDisposal& engine = Engine();
-
-    VB_VARIABLE_AND_PARAMETER_INFO vars;
-    vars.arrVarName.SetSize(0, 16);
-    for (CStringArray* array : {&vars.arrVarRemark, &vars.arrVarName, &vars.arrVarValue,
-                                &vars.arrParamRemark, &vars.arrParamName})
-        array->Add("x");
+    VB_VARIABLE_AND_PARAMETER_INFO vars{Lines({"r"}), Lines({"n"}), Lines({"v"}), Lines({"p"}),
+                                        Lines({"q"})};
+    vars.arrVarName.SetSize(1, 16);
     engine.ClearData(&vars);
-    for (CStringArray* array : {&vars.arrVarRemark, &vars.arrVarName, &vars.arrVarValue,
-                                &vars.arrParamRemark, &vars.arrParamName})
-        EXPECT_EQ(array->GetSize(), 0);
+    EXPECT_EQ(Join(vars.arrVarRemark) + Join(vars.arrVarName) + Join(vars.arrVarValue) +
+                  Join(vars.arrParamRemark) + Join(vars.arrParamName),
+              "");
     EXPECT_EQ(vars.arrVarName.GetGrowBy(), 16);
 
     VB_SUB_PROGRAMME_INFO sub{"Dim a\r\n", "a", Lines({"x"})};
     engine.ClearData(&sub);
-    EXPECT_TRUE(sub.strVariable.IsEmpty());
-    EXPECT_TRUE(sub.strParameter.IsEmpty());
-    EXPECT_TRUE(sub.arrCode.IsEmpty());
+    EXPECT_TRUE(sub.strVariable.IsEmpty() && sub.strParameter.IsEmpty() && sub.arrCode.IsEmpty());
 
-    VB_ALL_PROGRAMME_INFO all;
-    all.strGlobal = "g\r\n";
-    all.arrFormEventCode.Add("f");
-    all.arrFormEventID.Add(7);
-    all.arrCtrlEventCode.Add("c");
-    all.arrSubCode.Add("s");
-    all.arrFunctionCode.Add("u");
-    engine.ClearData(&all);
-    EXPECT_EQ(engine.SetScriptTextByCodeInfo(&all), "");
-    EXPECT_TRUE(all.arrFormEventID.IsEmpty());
-
-    VB_COMMADN_PROGRAMME_INFO command;
-    command.strVariable = "v";
-    command.strParameter = "p";
+    VB_COMMADN_PROGRAMME_INFO command{"v", "p", {}, Lines({"c"}), "o"};
     command.arrCommandID.Add(1);
-    command.arrCommandCode.Add("c");
-    command.strOtherPart = "o";
     engine.ClearData(&command);
     EXPECT_TRUE(command.strVariable.IsEmpty() && command.strParameter.IsEmpty() &&
-                command.strOtherPart.IsEmpty());
-    EXPECT_TRUE(command.arrCommandID.IsEmpty() && command.arrCommandCode.IsEmpty());
+                command.strOtherPart.IsEmpty() && command.arrCommandID.IsEmpty() &&
+                command.arrCommandCode.IsEmpty());
 
     NAME_APPEAR_INFO appear{3, "owner", "member", "name"};
     engine.ClearData(&appear);
     EXPECT_EQ(appear.nAppearType, 0);
-    EXPECT_TRUE(appear.strOwner.IsEmpty());
-    EXPECT_TRUE(appear.strMember.IsEmpty());
+    EXPECT_TRUE(appear.strOwner.IsEmpty() && appear.strMember.IsEmpty());
     EXPECT_EQ(appear.strName, "name");
 
-    engine.ClearData(static_cast<VB_ALL_PROGRAMME_INFO*>(nullptr)); // ignored, no crash
+    engine.ClearData(static_cast<VB_ALL_PROGRAMME_INFO*>(nullptr)); // ignored
 }
 
 TEST(EngineObject, CopyArraysReplaceTheDestination) {

@@ -203,12 +203,6 @@ TEST(WholeScript, FormHandlersKeepTheirIdsInTheOrderOfTheInterface) {
     EXPECT_TRUE(info.arrFormEventID.IsEmpty());
 }
 
-TEST(WholeScript, LineEndsBecomeCarriageReturnLineFeed) {
-    TestForm form = OrderForm();
-    EXPECT_EQ(form.RoundTrip("g\n\nSub cmdOK_Click()\nx\nEnd Sub\n\n\n' dropped\n"),
-              "g\r\n\r\nSub cmdOK_Click()\r\nx\r\nEnd Sub\r\n\r\n");
-}
-
 // Scripts made of lines that exercise every rule: handler heads in all spellings, Sub and
 // Function heads, end lines, blank and empty lines, stray text.
 CString RandomScript(std::mt19937& random, int lineCount) {
