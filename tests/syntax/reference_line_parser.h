@@ -12,11 +12,43 @@
 
 namespace talvor::testing {
 
-// Reaches the protected keyword and number tests of the object under test.
-struct ReferenceAccess : CTalvorSyntax {
-    using CTalvorSyntax::IsNumber;
-    using CTalvorSyntax::IsSynWord;
-};
+// The keyword test as documented: binary search with the code page's comparisons.
+inline bool ReferenceIsKeyword(const CTalvorSyntax& syntax, const std::string& word) {
+    INT_PTR low = 0, high = syntax.m_arrKeyWords.GetSize() - 1;
+    while (low <= high) {
+        const INT_PTR middle = (low + high) / 2;
+        const std::string& entry = syntax.m_arrKeyWords.GetAt(middle).Str();
+        const int order = syntax.m_bCase ? platform::CompareExact(word, entry)
+                                         : platform::CompareNoCase(word, entry);
+        if (order < 0)
+            high = middle - 1;
+        else if (order > 0)
+            low = middle + 1;
+        else
+            return true;
+    }
+    return false;
+}
+
+// The number rules as documented, by language.
+inline bool ReferenceIsNumber(UINT language, const std::string& w) {
+    auto hex = [](const std::string& digits) {
+        return digits.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
+    };
+    const std::size_t n = w.size();
+    if (n == 0 || language == 35)
+        return false;
+    if (language == 3 && n >= 3 && w[0] == '&' && (w[1] == 'O' || w[1] == 'H'))
+        return hex(w.substr(2));
+    if (language == 8 && n >= 3 && w[0] == '0' && w[1] == 'x')
+        return hex(w.substr(2));
+    if (language == 14 && n >= 3 && w[0] == '#')
+        return hex(w.substr(1));
+    if (language == 21 && w[0] == '$')
+        return hex(w.substr(1));
+    return w[0] >= '0' && w[0] <= '9' &&
+           w.find_first_not_of("0123456789+-.eE") == std::string::npos;
+}
 
 struct ReferenceResult {
     std::vector<COLORINFO> runs;
@@ -24,9 +56,8 @@ struct ReferenceResult {
 };
 
 // Not for languages 14 and 34, which have a parser of their own.
-inline ReferenceResult ReferenceParseLine(CTalvorSyntax& object, unsigned long cookie,
+inline ReferenceResult ReferenceParseLine(const CTalvorSyntax& syntax, unsigned long cookie,
                                           const std::string& line) {
-    auto& syntax = static_cast<ReferenceAccess&>(object);
     ReferenceResult result{{}, cookie};
     const int length = static_cast<int>(line.size());
     if (length == 0)
@@ -71,11 +102,11 @@ inline ReferenceResult ReferenceParseLine(CTalvorSyntax& object, unsigned long c
     bool redefine = true, backStep = false, escaped = false;
     int i = 0;
     auto closeWord = [&](int end) {
-        CString word(line.substr(static_cast<std::size_t>(wordStart),
-                                 static_cast<std::size_t>(end - wordStart)));
-        if (syntax.IsSynWord(word))
+        const std::string word = line.substr(static_cast<std::size_t>(wordStart),
+                                             static_cast<std::size_t>(end - wordStart));
+        if (ReferenceIsKeyword(syntax, word))
             append(wordStart, COLOR_KEYWORD);
-        else if (syntax.IsNumber(word))
+        else if (ReferenceIsNumber(syntax.m_nLanguage, word))
             append(wordStart, COLOR_NUMBER);
     };
     for (;;) {

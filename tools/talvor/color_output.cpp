@@ -4,6 +4,7 @@
 
 #include "platform/code_page.h"
 
+#include <array>
 #include <cstdio>
 
 namespace talvor::tool {
@@ -51,11 +52,17 @@ std::string CssColour(COLORREF colour) {
 // Class names of the colour indices in the page's style sheet.
 constexpr const char* HtmlClasses[] = {"c", "k", "", "n", "s", "h"};
 
+constexpr std::array<bool, 256> NeedsEscape = [] {
+    std::array<bool, 256> table{};
+    table['&'] = table['<'] = table['>'] = true;
+    return table;
+}();
+
 void AppendEscaped(std::string& out, std::string_view text) {
     std::size_t plain = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
-        if (c != '&' && c != '<' && c != '>')
+        if (!NeedsEscape[static_cast<unsigned char>(c)])
             continue;
         out.append(text.data() + plain, i - plain);
         out += c == '&' ? "&amp;" : (c == '<' ? "&lt;" : "&gt;");

@@ -139,7 +139,8 @@ int RunColor(const Args& args) {
     CString line;
     unsigned long cookie = 0;
     for (std::string_view view : syntax::SplitLines(text)) {
-        line = CString(view);
+        line.Empty(); // keeps its buffer: no allocation per line
+        line.Append(view.data(), static_cast<int>(view.size()));
         if (blank)
             line += ' ';
         runs.resize(2 * static_cast<std::size_t>(line.GetLength()) + 1);
