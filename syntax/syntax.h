@@ -64,6 +64,12 @@ public:
     // failure keep their new values.
     virtual void SerializeColor(CArchive& ar);
 
+    // Nonzero when the word is in m_arrKeyWords: binary search, exact when m_bCase, else
+    // ignoring case. An unsorted array gives what the search finds. Empty array: 0.
+    int IsSynWord(CString& strWord);
+    // Nonzero when the word is a number of the current language; an empty word is none.
+    int IsNumber(CString& strWord);
+
     UINT m_nLanguage;
     COLORREF m_clrBkColor;
     COLORREF m_clrCommentColor;
@@ -134,10 +140,6 @@ protected:
     // The parser of languages 14 and 34; ParseLine forwards to it.
     unsigned long ParseLineForHtml(unsigned long dwCookie, CString& strLine, COLORINFO* pBuf,
                                    int& nActualItems);
-    // Nonzero when the word is in m_arrKeyWords (binary search; case per m_bCase).
-    int IsSynWord(CString& strWord);
-    // Nonzero when the word is a number of the current language; an empty word is none.
-    int IsNumber(CString& strWord);
 
 private:
     void CopyRulesFrom(const CTalvorSyntax& other);
