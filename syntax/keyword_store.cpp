@@ -37,7 +37,7 @@ void CTalvorSyntax::LoadSynWord() {
 
 void CTalvorSyntax::SortSynWordArray() {
     // Insertion sort with a linear search from the front: each entry goes before the first
-    // one that is not less than it, so equal entries keep their order.
+    // one that is not less than it. Equal entries are equal bytes, so their order is moot.
     auto first = m_arrKeyWords.begin();
     const INT_PTR size = m_arrKeyWords.GetSize();
     for (INT_PTR i = 1; i < size; ++i) {

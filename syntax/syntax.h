@@ -128,7 +128,7 @@ protected:
     // Loads rules, then the keywords of m_nLanguage (the profile may replace the whole list),
     // lower-cased unless m_bCase, cut at commas and sorted. No row: no keywords.
     void LoadSynWord();
-    // Stable insertion sort by exact comparison; duplicates stay.
+    // Insertion sort by exact comparison, ascending; duplicates stay.
     void SortSynWordArray();
 
     // Colours one line (no line end) from the cookie at its start and returns the cookie at its

@@ -204,7 +204,7 @@ TEST(KeywordStore, DuplicatesStayAndAreFound) {
     EXPECT_TRUE(ruby.IsSynWord(word));
 }
 
-TEST(KeywordStore, InsertionSortIsStableAndExact) {
+TEST(KeywordStore, InsertionSortOrdersByExactComparison) {
     const std::vector<std::vector<std::string>> inputs = {
         {},
         {"one"},
