@@ -32,7 +32,11 @@ RuleText Read(const char* text) {
     RuleText rule;
     if (text != nullptr) {
         rule.text = text;
-        rule.length = static_cast<int>(std::strlen(text));
+        // Rules are a few bytes long; a call to strlen costs more than counting them.
+        while (rule.length < 16 && text[rule.length] != '\0')
+            ++rule.length;
+        if (rule.length == 16)
+            rule.length += static_cast<int>(std::strlen(text + 16));
     }
     return rule;
 }
