@@ -5,9 +5,35 @@
 #include "platform/code_page.h"
 
 #include <array>
-#include <cstdio>
+#include <cstring>
+#include <string>
 
 namespace talvor::tool {
+
+char* OutputBuffer::Room(std::size_t bytes) {
+    if (m_capacity - m_used >= bytes)
+        return m_data.get() + m_used;
+    Flush();
+    if (m_capacity < bytes) {
+        m_capacity = bytes > (std::size_t{1} << 20) ? bytes : (std::size_t{1} << 20);
+        m_data = std::make_unique<char[]>(m_capacity);
+    }
+    return m_data.get();
+}
+
+void OutputBuffer::Append(std::string_view text) {
+    char* p = Room(text.size());
+    std::memcpy(p, text.data(), text.size());
+    Commit(p + text.size());
+}
+
+bool OutputBuffer::Flush() {
+    if (m_used > 0 && std::fwrite(m_data.get(), 1, m_used, m_file) != m_used)
+        m_failed = true;
+    m_used = 0;
+    return !m_failed;
+}
+
 namespace {
 
 // Calls emit(colour, start, end) for every run that covers at least one byte of the line.
@@ -49,8 +75,12 @@ std::string CssColour(COLORREF colour) {
     return text;
 }
 
-// Class names of the colour indices in the page's style sheet.
+// Class names of the colour indices in the page's style sheet; every opening tag is as long.
 constexpr const char* HtmlClasses[] = {"c", "k", "", "n", "s", "h"};
+constexpr std::string_view OpenTagStart = "<span class=\"";
+constexpr std::string_view OpenTagEnd = "\">";
+constexpr std::string_view CloseTag = "</span>";
+constexpr std::size_t LongestEntity = 5; // "&amp;"
 
 constexpr std::array<bool, 256> NeedsEscape = [] {
     std::array<bool, 256> table{};
@@ -58,17 +88,23 @@ constexpr std::array<bool, 256> NeedsEscape = [] {
     return table;
 }();
 
-void AppendEscaped(std::string& out, std::string_view text) {
-    std::size_t plain = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (!NeedsEscape[static_cast<unsigned char>(c)])
+// Copies text, escaped, to p (which has room for LongestEntity bytes per byte); returns the end.
+char* CopyEscaped(char* p, std::string_view text) {
+    for (char c : text) {
+        if (!NeedsEscape[static_cast<unsigned char>(c)]) {
+            *p++ = c;
             continue;
-        out.append(text.data() + plain, i - plain);
-        out += c == '&' ? "&amp;" : (c == '<' ? "&lt;" : "&gt;");
-        plain = i + 1;
+        }
+        const std::string_view entity = c == '&' ? "&amp;" : (c == '<' ? "&lt;" : "&gt;");
+        std::memcpy(p, entity.data(), entity.size());
+        p += entity.size();
     }
-    out.append(text.data() + plain, text.size() - plain);
+    return p;
+}
+
+char* Put(char* p, std::string_view text) {
+    std::memcpy(p, text.data(), text.size());
+    return p + text.size();
 }
 
 const char* CharsetOfSystemCodePage() {
@@ -90,11 +126,11 @@ const char* CharsetOfSystemCodePage() {
 
 } // namespace
 
-void AppendMarkedLine(std::string& out, std::string_view line, const COLORINFO* runs, int count,
+void AppendMarkedLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,
                       unsigned long cookieAtEnd) {
     char head[24];
     std::snprintf(head, sizeof head, "%02lx ", cookieAtEnd);
-    out += head;
+    out.Append(head);
     std::size_t pos = 0;
     for (int i = 0; i < count; ++i) {
         std::size_t start =
@@ -102,37 +138,40 @@ void AppendMarkedLine(std::string& out, std::string_view line, const COLORINFO* 
         if (start > line.size())
             start = line.size();
         if (start > pos) {
-            out.append(line.data() + pos, start - pos);
+            out.Append(line.substr(pos, start - pos));
             pos = start;
         }
-        out += '{';
-        out += std::to_string(runs[i].m_nColorIndex);
-        out += '}';
+        char mark[16];
+        std::snprintf(mark, sizeof mark, "{%d}", runs[i].m_nColorIndex);
+        out.Append(mark);
     }
-    out.append(line.data() + pos, line.size() - pos);
-    out += '\n';
+    out.Append(line.substr(pos));
+    out.Append("\n");
 }
 
-void AppendAnsiLine(std::string& out, std::string_view line, const COLORINFO* runs, int count,
+void AppendAnsiLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,
                     const CTalvorSyntax& colours) {
     ForEachSegment(line, runs, count, [&](int colourIndex, int start, int end) {
         const COLORREF colour = ColourOf(colours, colourIndex);
         char escape[32];
         std::snprintf(escape, sizeof escape, "\x1b[38;2;%d;%d;%dm", GetRValue(colour),
                       GetGValue(colour), GetBValue(colour));
-        out += escape;
-        out.append(line.data() + start, static_cast<std::size_t>(end - start));
+        out.Append(escape);
+        out.Append(
+            line.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start)));
     });
-    out += "\x1b[0m\n";
+    out.Append("\x1b[0m\n");
 }
 
-std::string HtmlPageStart(const CTalvorSyntax& colours, std::string_view title) {
+void AppendHtmlPageStart(OutputBuffer& out, const CTalvorSyntax& colours, std::string_view title) {
     std::string page = "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"";
     page += CharsetOfSystemCodePage();
     page += "\">\n<title>";
-    AppendEscaped(page, title);
-    page += "</title>\n<style>\nbody { background: " + CssColour(colours.m_clrBkColor) +
-            "; color: " + CssColour(colours.m_clrNormalColor) + "; }\n";
+    out.Append(page);
+    char* p = out.Room(LongestEntity * title.size());
+    out.Commit(CopyEscaped(p, title));
+    page = "</title>\n<style>\nbody { background: " + CssColour(colours.m_clrBkColor) +
+           "; color: " + CssColour(colours.m_clrNormalColor) + "; }\n";
     page += "pre { font-family: monospace; }\n";
     const int indices[] = {COLOR_COMMENT, COLOR_KEYWORD, COLOR_NUMBER, COLOR_STRING, COLOR_CHAR};
     for (int index : indices) {
@@ -141,34 +180,39 @@ std::string HtmlPageStart(const CTalvorSyntax& colours, std::string_view title) 
         page += " { color: " + CssColour(ColourOf(colours, index)) + "; }\n";
     }
     page += "</style>\n</head>\n<body>\n<pre>";
-    return page;
+    out.Append(page);
 }
 
-void AppendHtmlLine(std::string& out, std::string_view line, const COLORINFO* runs, int count) {
+void AppendHtmlLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count) {
     int open = COLOR_NORMAL; // the colour of the span that is open; normal has none
     ForEachSegment(line, runs, count, [&](int colourIndex, int start, int end) {
+        const std::string_view text =
+            line.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
+        char* p = out.Room(CloseTag.size() + OpenTagStart.size() + 1 + OpenTagEnd.size() +
+                           LongestEntity * text.size());
         if (colourIndex < COLOR_COMMENT || colourIndex > COLOR_CHAR)
             colourIndex = COLOR_NORMAL;
         if (colourIndex != open) {
             if (open != COLOR_NORMAL)
-                out += "</span>";
+                p = Put(p, CloseTag);
             if (colourIndex != COLOR_NORMAL) {
-                out += "<span class=\"";
-                out += HtmlClasses[colourIndex];
-                out += "\">";
+                p = Put(p, OpenTagStart);
+                *p++ = *HtmlClasses[colourIndex];
+                p = Put(p, OpenTagEnd);
             }
             open = colourIndex;
         }
-        AppendEscaped(out, line.substr(static_cast<std::size_t>(start),
-                                       static_cast<std::size_t>(end - start)));
+        out.Commit(CopyEscaped(p, text));
     });
+    char* p = out.Room(CloseTag.size() + 1);
     if (open != COLOR_NORMAL)
-        out += "</span>";
-    out += '\n';
+        p = Put(p, CloseTag);
+    *p++ = '\n';
+    out.Commit(p);
 }
 
-std::string HtmlPageEnd() {
-    return "</pre>\n</body>\n</html>\n";
+void AppendHtmlPageEnd(OutputBuffer& out) {
+    out.Append("</pre>\n</body>\n</html>\n");
 }
 
 } // namespace talvor::tool

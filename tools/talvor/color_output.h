@@ -4,24 +4,49 @@
 
 #include "syntax/syntax.h"
 
-#include <string>
+#include <cstdio>
+#include <memory>
 #include <string_view>
 
 namespace talvor::tool {
 
+// Bytes on their way to a file, written in large blocks. Writers ask for room, fill it through
+// a pointer and commit what they used, so a byte costs no check of its own.
+class OutputBuffer {
+public:
+    explicit OutputBuffer(std::FILE* file) : m_file(file) {}
+    OutputBuffer(const OutputBuffer&) = delete;
+    OutputBuffer& operator=(const OutputBuffer&) = delete;
+
+    // A pointer with at least bytes free behind it; earlier bytes may be written out first.
+    char* Room(std::size_t bytes);
+    // Marks the bytes up to end (a pointer into the last Room) as used.
+    void Commit(char* end) { m_used = static_cast<std::size_t>(end - m_data.get()); }
+    void Append(std::string_view text);
+    // Writes out everything; false when the file refused some of it.
+    bool Flush();
+
+private:
+    std::FILE* m_file;
+    std::unique_ptr<char[]> m_data;
+    std::size_t m_used = 0;
+    std::size_t m_capacity = 0;
+    bool m_failed = false;
+};
+
 // "04 " (the cookie at the line's end), then the text with {n} before each run, then "\n".
-void AppendMarkedLine(std::string& out, std::string_view line, const COLORINFO* runs, int count,
+void AppendMarkedLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,
                       unsigned long cookieAtEnd);
 
 // The text in 24-bit ANSI colours of the parser's colour indices, reset at the line's end.
-void AppendAnsiLine(std::string& out, std::string_view line, const COLORINFO* runs, int count,
+void AppendAnsiLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,
                     const CTalvorSyntax& colours);
 
 // Head of a page whose style sheet holds the colours of the object (COLORREF is 0x00BBGGRR),
 // with the character set of the system code page; the text follows in one <pre>.
-std::string HtmlPageStart(const CTalvorSyntax& colours, std::string_view title);
+void AppendHtmlPageStart(OutputBuffer& out, const CTalvorSyntax& colours, std::string_view title);
 // One line, escaped, with a <span> per run that is not in the normal colour.
-void AppendHtmlLine(std::string& out, std::string_view line, const COLORINFO* runs, int count);
-std::string HtmlPageEnd();
+void AppendHtmlLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count);
+void AppendHtmlPageEnd(OutputBuffer& out);
 
 } // namespace talvor::tool

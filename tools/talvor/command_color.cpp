@@ -126,24 +126,23 @@ int RunColor(const Args& args) {
     colourer.SetLanguage(language);
     colourer.LoadSynWord();
 
-    std::string out;
-    out.reserve(1 << 20);
-    auto flush = [&out] {
-        std::fwrite(out.data(), 1, out.size(), stdout);
-        out.clear();
-    };
+    OutputBuffer out(stdout);
     if (format == Format::Html)
-        out += HtmlPageStart(colourer, file);
+        AppendHtmlPageStart(out, colourer, file);
 
     std::vector<COLORINFO> runs;
     CString line;
     unsigned long cookie = 0;
-    for (std::string_view view : syntax::SplitLines(text)) {
+    const std::string_view whole = text;
+    for (std::size_t pos = 0; pos < whole.size();) {
+        const std::string_view view = syntax::NextLine(whole, pos);
         line.Empty(); // keeps its buffer: no allocation per line
         line.Append(view.data(), static_cast<int>(view.size()));
         if (blank)
             line += ' ';
-        runs.resize(2 * static_cast<std::size_t>(line.GetLength()) + 1);
+        const std::size_t room = 2 * static_cast<std::size_t>(line.GetLength()) + 1;
+        if (runs.size() < room)
+            runs.resize(room);
         int count = 0;
         const unsigned long end = colourer.ParseLine(cookie, line, runs.data(), count);
         switch (format) {
@@ -158,12 +157,11 @@ int RunColor(const Args& args) {
             break;
         }
         cookie = syntax::CookieForNextLine(language, end, true);
-        if (out.size() >= (1u << 20))
-            flush();
     }
     if (format == Format::Html)
-        out += HtmlPageEnd();
-    flush();
+        AppendHtmlPageEnd(out);
+    if (!out.Flush())
+        return UserError("color: cannot write the output");
     if (std::fflush(stdout) != 0 || std::ferror(stdout))
         return UserError("color: cannot write the output");
     return ExitOk;
