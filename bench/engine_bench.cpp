@@ -99,7 +99,16 @@ void BM_ScriptRoundTrip(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * form.lineTotal);
     state.counters["lines"] = form.lineTotal;
 }
-BENCHMARK(BM_ScriptRoundTrip)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+// With --benchmark_repetitions, "min" is the figure least disturbed by other work on the
+// machine: compare the two sizes by it.
+double Fastest(const std::vector<double>& times) {
+    return *std::min_element(times.begin(), times.end());
+}
+BENCHMARK(BM_ScriptRoundTrip)
+    ->Arg(5000)
+    ->Arg(50000)
+    ->Unit(benchmark::kMillisecond)
+    ->ComputeStatistics("min", Fastest);
 
 // The phases of the round trip on their own.
 void BM_ChangeScripText(benchmark::State& state) {

@@ -35,8 +35,18 @@ int RemoveBlock(ScriptLineList& list, const std::vector<int>& block) {
     return resume;
 }
 
-// Appends text to blocks without copying it again.
-void AddBlockText(CStringArray& blocks, std::string&& text) {
+// Appends the text of a block, each line ended by "\r\n", to blocks; built at its full size
+// and moved into its place.
+void AddBlockText(CStringArray& blocks, const ScriptLineList& list, const std::vector<int>& block) {
+    std::size_t size = 0;
+    for (int position : block)
+        size += static_cast<std::size_t>(list.At(position).GetLength()) + 2;
+    std::string text;
+    text.reserve(size);
+    for (int position : block) {
+        text += list.At(position).View();
+        text += "\r\n";
+    }
     INT_PTR at = blocks.GetSize();
     blocks.SetSize(at + 1);
     blocks[at] = CString(std::move(text));
@@ -127,21 +137,18 @@ void CTalvorScriptTextDisposal::GetCodeInfoByScriptText(
             if (start < 0)
                 continue;
             block.clear();
-            std::string text;
             for (int k = start; k >= 0; k = list.Next(k)) {
                 block.push_back(k);
-                text += list.At(k).View();
-                text += "\r\n";
                 if (facts[static_cast<std::size_t>(k)] & EndsSub)
                     break;
             }
-            RemoveBlock(list, block);
             if (events == pFormEvents) {
                 pInfo->arrFormEventID.Add(event->GetID());
-                AddBlockText(pInfo->arrFormEventCode, std::move(text));
+                AddBlockText(pInfo->arrFormEventCode, list, block);
             } else {
-                AddBlockText(pInfo->arrCtrlEventCode, std::move(text));
+                AddBlockText(pInfo->arrCtrlEventCode, list, block);
             }
+            RemoveBlock(list, block);
         }
     }
 
@@ -151,7 +158,6 @@ void CTalvorScriptTextDisposal::GetCodeInfoByScriptText(
     // again at the top, but every line above the block has been walked without opening one,
     // so it goes on behind the removed lines with the same result.
     block.clear();
-    std::string text;
     int k = list.First();
     while (k >= 0) {
         const unsigned char fact = facts[static_cast<std::size_t>(k)];
@@ -160,14 +166,11 @@ void CTalvorScriptTextDisposal::GetCodeInfoByScriptText(
             continue;
         }
         block.push_back(k);
-        text += list.At(k).View();
-        text += "\r\n";
         if (!(fact & (EndsSub | EndsFunction))) {
             k = list.Next(k);
             continue;
         }
-        AddBlockText(fact & EndsSub ? pInfo->arrSubCode : pInfo->arrFunctionCode, std::move(text));
-        text.clear();
+        AddBlockText(fact & EndsSub ? pInfo->arrSubCode : pInfo->arrFunctionCode, list, block);
         k = RemoveBlock(list, block);
         block.clear();
     }

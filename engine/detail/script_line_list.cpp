@@ -3,6 +3,7 @@
 
 #include "engine/detail/text_compare.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -58,21 +59,50 @@ std::size_t ScriptLineList::FoldedHash(const CString& text) {
     return static_cast<std::size_t>(hash);
 }
 
+ScriptLineList::Chain* ScriptLineList::Slot(std::size_t hash) {
+    if (m_chains.empty())
+        return nullptr;
+    const std::size_t mask = m_chains.size() - 1;
+    for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
+        Chain& chain = m_chains[at];
+        if (chain.tail < 0 || chain.hash == hash)
+            return &chain;
+    }
+}
+
 void ScriptLineList::AddToIndex(int position) {
-    m_index[FoldedHash(At(position))].push_back(position);
+    if (m_sameHashNext.empty())
+        m_sameHashNext.assign(m_removed.size(), -1);
+    if (2 * (m_chainCount + 1) > m_chains.size()) {
+        // Keep the table at most half full; chains move whole.
+        std::vector<Chain> old(std::max<std::size_t>(64, 2 * m_chains.size()));
+        old.swap(m_chains);
+        for (const Chain& chain : old) {
+            if (chain.tail >= 0)
+                *Slot(chain.hash) = chain;
+        }
+    }
+    const std::size_t hash = FoldedHash(At(position));
+    Chain* chain = Slot(hash);
+    if (chain->tail < 0) {
+        *chain = Chain{hash, position, position};
+        ++m_chainCount;
+        return;
+    }
+    m_sameHashNext[static_cast<std::size_t>(chain->tail)] = position;
+    chain->tail = position;
 }
 
 int ScriptLineList::FindNoCase(const CString& text) {
-    auto found = m_index.find(FoldedHash(text));
-    if (found == m_index.end())
+    Chain* chain = Slot(FoldedHash(text));
+    if (chain == nullptr || chain->tail < 0)
         return -1;
-    // Removed lines are dropped from the front as they are met, so each is passed once.
-    std::vector<int>& positions = found->second;
-    std::size_t dead = 0;
-    while (dead < positions.size() && m_removed[static_cast<std::size_t>(positions[dead])])
-        ++dead;
-    positions.erase(positions.begin(), positions.begin() + static_cast<std::ptrdiff_t>(dead));
-    for (int position : positions) {
+    // Removed lines at the front of a chain are dropped as they are met, so each is passed
+    // once; the chain itself stays (an empty chain keeps its slot).
+    while (chain->head >= 0 && m_removed[static_cast<std::size_t>(chain->head)])
+        chain->head = m_sameHashNext[static_cast<std::size_t>(chain->head)];
+    for (int position = chain->head; position >= 0;
+         position = m_sameHashNext[static_cast<std::size_t>(position)]) {
         if (!m_removed[static_cast<std::size_t>(position)] && SameNoCase(At(position), text))
             return position;
     }

@@ -9,7 +9,6 @@
 
 #include <cstddef>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace talvor::engine::detail {
@@ -44,9 +43,18 @@ private:
     std::vector<int> m_previous;
     std::vector<bool> m_removed;
     int m_head = -1;
-    // Lines by the hash of their case-folded text, ascending; a hash may be shared by lines
-    // that differ, so every candidate is compared.
-    std::unordered_map<std::size_t, std::vector<int>> m_index;
+    // Lines by the hash of their case-folded text: an open-addressed table of chains, each
+    // in ascending order of position. A hash may be shared by lines that differ, so every
+    // candidate is compared.
+    struct Chain {
+        std::size_t hash = 0;
+        int head = -1; // -1 once every line of the chain is removed
+        int tail = -1; // -1: a free slot
+    };
+    Chain* Slot(std::size_t hash);
+    std::vector<Chain> m_chains;
+    std::size_t m_chainCount = 0;
+    std::vector<int> m_sameHashNext; // next position of the same chain, or -1
 };
 
 } // namespace talvor::engine::detail

@@ -19,16 +19,18 @@ inline unsigned char AsciiLower(unsigned char byte) {
 }
 
 // Whole texts equal without regard to case (multi-byte rules of the system code page). Case
-// folding keeps the byte length of every character, turns an ASCII byte into nothing but its
-// lower case and no other byte into ASCII: so texts of different lengths differ, and so do
-// texts whose first bytes tell them apart that way.
+// folding turns an ASCII byte into nothing but its lower case and no other byte into ASCII, so
+// as long as both texts are ASCII they compare byte by byte; the first byte beyond ASCII
+// hands over to the full comparison.
 inline bool SameNoCase(const CString& a, const CString& b) {
-    unsigned char first = Bytes(a)[0], other = Bytes(b)[0];
-    if ((first < 0x80) != (other < 0x80) ||
-        (first < 0x80 && AsciiLower(first) != AsciiLower(other)))
-        return false;
-    return std::strlen(a.GetString()) == std::strlen(b.GetString()) &&
-           _mbsicmp(Bytes(a), Bytes(b)) == 0;
+    for (const unsigned char *x = Bytes(a), *y = Bytes(b);; ++x, ++y) {
+        if (*x >= 0x80 || *y >= 0x80)
+            return _mbsicmp(Bytes(a), Bytes(b)) == 0;
+        if (AsciiLower(*x) != AsciiLower(*y))
+            return false;
+        if (*x == 0)
+            return true;
+    }
 }
 
 // True when text begins with prefix without regard to case, for a prefix of ASCII characters
@@ -49,7 +51,8 @@ inline bool BeginsWithAsciiNoCase(const CString& text, std::string_view prefix) 
 // An empty word is found at the start of every text.
 inline bool BeginsWith(const CString& text, const CString& word) {
     const char* w = word.GetString();
-    return std::strncmp(text.GetString(), w, std::strlen(w)) == 0;
+    return *w == '\0' ||
+           (*text.GetString() == *w && std::strncmp(text.GetString(), w, std::strlen(w)) == 0);
 }
 
 // True when word occurs in text with regard to case.

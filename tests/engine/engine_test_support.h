@@ -4,6 +4,8 @@
 
 #include "engine/script_text_disposal.h"
 #include "host/ole/interface_builder.h"
+#include "platform/resource_module.h"
+#include "resources/resource_guard.h"
 
 #include <initializer_list>
 #include <memory>
@@ -43,6 +45,19 @@ inline std::string JoinIds(const CArray<long, long>& ids) {
     }
     return text;
 }
+
+// Puts a TalvorRes with the given strings in place for the life of the object.
+class ReplacedResources {
+public:
+    explicit ReplacedResources(std::initializer_list<std::pair<UINT, const char*>> strings) {
+        resources::RegisterTalvorRes();
+        auto module = std::make_shared<platform::ResourceModule>(resources::ModuleName);
+        for (const auto& [id, text] : strings)
+            module->AddString(id, text);
+        platform::RegisterResourceModule(module);
+    }
+    ~ReplacedResources() { platform::ResetResourceModule(resources::ModuleName); }
+};
 
 // A form: controls in tab order with their events, the form's own events last, under the
 // engine's name for the form.

@@ -2,8 +2,6 @@
 // reserved words from the profile.
 #include "engine/script_text_disposal.h"
 #include "platform/profile.h"
-#include "platform/resource_module.h"
-#include "resources/resource_guard.h"
 #include "tests/engine/engine_test_support.h"
 #include "tests/support/test_environment.h"
 
@@ -13,19 +11,6 @@ namespace talvor::engine::testing {
 namespace {
 
 constexpr const char* KeyWordsSection = "MainWnd\\DockingPaneLayouts\\PaneMacro\\Keywords";
-
-// Puts a TalvorRes with the given strings in place for the life of the object.
-class ReplacedResources {
-public:
-    explicit ReplacedResources(std::initializer_list<std::pair<UINT, const char*>> strings) {
-        resources::RegisterTalvorRes();
-        auto module = std::make_shared<platform::ResourceModule>(resources::ModuleName);
-        for (const auto& [id, text] : strings)
-            module->AddString(id, text);
-        platform::RegisterResourceModule(module);
-    }
-    ~ReplacedResources() { platform::ResetResourceModule(resources::ModuleName); }
-};
 
 TEST(KeywordTables, MembersTakeTheLinesOfTheStringsInTheirRoles) {
     CTalvorScriptTextDisposal engine;

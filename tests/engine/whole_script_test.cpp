@@ -315,6 +315,27 @@ TEST(WholeScript, ASecondRoundTripChangesNothing) {
     EXPECT_EQ(form.RoundTrip(once), once);
 }
 
+TEST(WholeScript, KeywordsBeyondAsciiAreFoundWithoutRegardToCase) {
+    // A Sub keyword with a letter of code page 1252: head lines are matched by the full
+    // comparison of the page, in which the capital and the small letter are one.
+    TestForm form = OrderForm();
+    ReplacedResources resources(
+        {{8574, "S\xfc\x62\nEnde S\xfc\x62\nFunktion\nEnde Funktion\nDim"}});
+    CTalvorScriptTextDisposal engine;
+    const CString script = "\r\nS\xdc\x42 CMDOK_click()\r\nx\r\nende s\xfc\x62\r\n\r\n"
+                           "S\xfc\x62 helper()\r\nEnde S\xfc\x62\r\n";
+    CStringArray fastLines, plainLines;
+    VB_ALL_PROGRAMME_INFO fast, plain;
+    engine.ChangeScripText(script, fastLines);
+    plainLines = fastLines;
+    engine.GetCodeInfoByScriptText(fastLines, form.m_names, form.m_form, form.m_interfaces, &fast);
+    ReferenceParse(engine, plainLines, form.m_names, form.m_form, form.m_interfaces, plain);
+    EXPECT_EQ(Join(fast.arrCtrlEventCode), "S\xdc\x42 CMDOK_click()\r\nx\r\nende s\xfc\x62\r\n");
+    EXPECT_EQ(Join(fast.arrSubCode), "S\xfc\x62 helper()\r\nEnde S\xfc\x62\r\n");
+    ExpectSameRecords(fast, plain);
+    EXPECT_EQ(Join(fastLines), Join(plainLines));
+}
+
 TEST(WholeScript, AHandlerWithoutEndLineTakesTheTrailingEmptyLineNextTime) {
     // The text of such a handler runs to the end of the script, so each parse adds the empty
     // line that the previous writing put behind the last block.
