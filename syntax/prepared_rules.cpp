@@ -48,40 +48,33 @@ int Clip(int count, int most) {
 } // namespace
 
 PreparedRules::PreparedRules(const CTalvorSyntax& syntax) {
-    lineCommentCount = Clip(syntax.m_nLineCommentCount, 2);
-    beginCommentCount = Clip(syntax.m_nBeginCommentExCount, 2);
-    endCommentCount = Clip(syntax.m_nEndCommentExCount, 2);
-    for (int slot = 0; slot < 2; ++slot) {
-        lineComment[slot] =
-            slot < lineCommentCount ? Read(syntax.m_pszLineComment[slot]) : RuleText{};
-        beginComment[slot] =
-            slot < beginCommentCount ? Read(syntax.m_pszBeginCommentEx[slot]) : RuleText{};
-        endComment[slot] =
-            slot < endCommentCount ? Read(syntax.m_pszEndCommentEx[slot]) : RuleText{};
-    }
-    beginString = syntax.m_nBeginStringCount > 0 ? Read(syntax.m_pszBeginString) : RuleText{};
-    endString = syntax.m_nEndStringCount > 0 ? Read(syntax.m_pszEndString) : RuleText{};
-    beginChar = syntax.m_nBeginCharCount > 0 ? Read(syntax.m_pszBeginChar) : RuleText{};
-    endChar = syntax.m_nEndCharCount > 0 ? Read(syntax.m_pszEndChar) : RuleText{};
     multiByte = platform::IsMultiByteCodePage();
-
     std::memcpy(byteClass, (multiByte ? MultiByteClasses : SingleByteClasses).data(),
                 sizeof byteClass);
     for (char c : syntax.m_strInString.View())
         byteClass[static_cast<unsigned char>(c)] |= WordByte;
-    auto markLast = [this](const RuleText& rule, unsigned char bit) {
+
+    // Each examined slot is read once and its last byte marked in the same step; slots past a
+    // count stay empty and match nothing.
+    auto take = [this](RuleText& rule, const char* text, bool examined, unsigned char bit) {
+        rule = examined ? Read(text) : RuleText{};
         if (rule.length > 0)
             byteClass[static_cast<unsigned char>(rule.text[rule.length - 1])] |= bit;
     };
+    lineCommentCount = Clip(syntax.m_nLineCommentCount, 2);
+    beginCommentCount = Clip(syntax.m_nBeginCommentExCount, 2);
+    endCommentCount = Clip(syntax.m_nEndCommentExCount, 2);
     for (int slot = 0; slot < 2; ++slot) {
-        markLast(lineComment[slot], EndsLineComment);
-        markLast(beginComment[slot], EndsBlockComment);
-        markLast(endComment[slot], EndsCloser);
+        take(lineComment[slot], syntax.m_pszLineComment[slot], slot < lineCommentCount,
+             EndsLineComment);
+        take(beginComment[slot], syntax.m_pszBeginCommentEx[slot], slot < beginCommentCount,
+             EndsBlockComment);
+        take(endComment[slot], syntax.m_pszEndCommentEx[slot], slot < endCommentCount, EndsCloser);
     }
-    markLast(beginString, EndsString);
-    markLast(beginChar, EndsChar);
-    markLast(endString, EndsCloser);
-    markLast(endChar, EndsCloser);
+    take(beginString, syntax.m_pszBeginString, syntax.m_nBeginStringCount > 0, EndsString);
+    take(endString, syntax.m_pszEndString, syntax.m_nEndStringCount > 0, EndsCloser);
+    take(beginChar, syntax.m_pszBeginChar, syntax.m_nBeginCharCount > 0, EndsChar);
+    take(endChar, syntax.m_pszEndChar, syntax.m_nEndCharCount > 0, EndsCloser);
 }
 
 } // namespace talvor::syntax::detail
