@@ -2,7 +2,6 @@
 // normal, and the body of a script element is one block in the string colour.
 #include "syntax/syntax.h"
 
-#include "platform/code_page.h"
 #include "syntax/detail/rule_match.h"
 #include "syntax/detail/word_tests.h"
 
@@ -33,14 +32,6 @@ bool IsScriptWord(std::string_view word) {
             return false;
     }
     return true;
-}
-
-int MultiByteLength(const char* line, int length, int pos) {
-    if (!talvor::platform::IsLeadByte(static_cast<unsigned char>(line[pos])))
-        return 0;
-    const std::size_t n = talvor::platform::CharLengthAt(line, static_cast<std::size_t>(length),
-                                                         static_cast<std::size_t>(pos));
-    return n > 1 ? static_cast<int>(n) : 1;
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 // array, giving colour runs and the cookie at the line's end. It never looks at other lines.
 #include "syntax/syntax.h"
 
-#include "platform/code_page.h"
 #include "syntax/detail/rule_match.h"
 #include "syntax/detail/word_tests.h"
 
@@ -19,15 +18,6 @@ int ColourOfState(unsigned long cookie) {
     if (cookie & COOKIE_STRING)
         return COLOR_STRING;
     return COLOR_NORMAL; // a character literal too
-}
-
-// Byte length of the character at pos when a lead byte starts one there, else 0.
-int MultiByteLength(const char* line, int length, int pos) {
-    if (!talvor::platform::IsLeadByte(static_cast<unsigned char>(line[pos])))
-        return 0;
-    const std::size_t n = talvor::platform::CharLengthAt(line, static_cast<std::size_t>(length),
-                                                         static_cast<std::size_t>(pos));
-    return n > 1 ? static_cast<int>(n) : 1; // a lone lead byte at the end stands for itself
 }
 
 } // namespace

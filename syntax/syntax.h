@@ -135,6 +135,8 @@ protected:
     // end. pBuf, when not null, has room for length + 1 runs (HTML and XML: 2 * length + 1)
     // behind the nActualItems the caller set (normally 0); nActualItems counts what is added.
     // A negative nActualItems is taken as "no run list": only the cookie is worked out.
+    // A multi-byte character of the system code page is stepped over whole: it belongs to an
+    // open word but never to a match of a rule. Run offsets are byte offsets.
     unsigned long ParseLine(unsigned long dwCookie, CString& strLine, COLORINFO* pBuf,
                             int& nActualItems);
     // The parser of languages 14 and 34; ParseLine forwards to it.

@@ -3,6 +3,7 @@
 // table lookup. Matching looks back from the current byte, as the rules are defined.
 #pragma once
 
+#include "platform/code_page.h"
 #include "syntax/syntax.h"
 
 namespace talvor::syntax::detail {
@@ -66,6 +67,16 @@ inline const RuleText* FirstRuleEndingAt(const RuleText* slots, int count, const
             return &slots[slot];
     }
     return nullptr;
+}
+
+// Byte length of the character at pos when a lead byte of the system code page starts one
+// there, else 0. A lead byte with no valid character behind it stands for itself (1).
+inline int MultiByteLength(const char* line, int length, int pos) {
+    if (!platform::IsLeadByte(static_cast<unsigned char>(line[pos])))
+        return 0;
+    const std::size_t n = platform::CharLengthAt(line, static_cast<std::size_t>(length),
+                                                 static_cast<std::size_t>(pos));
+    return n > 1 ? static_cast<int>(n) : 1;
 }
 
 // Appends runs by the rule of the parsers: a run whose start lies before the start of the last
