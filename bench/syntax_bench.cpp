@@ -5,6 +5,7 @@
 // order of their paths, each followed by a line feed if it lacks one, repeated whole.
 #include "platform/code_page.h"
 #include "platform/file_system.h"
+#include "platform/profile.h"
 #include "syntax/line_cookie.h"
 #include "syntax/syntax.h"
 #include "syntax/text_lines.h"
@@ -14,6 +15,7 @@
 #include <cctype>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -173,6 +175,8 @@ bool Prepare(benchmark::State& state, Corpus& corpus, Parser& parser) {
         state.SkipWithError(corpus.error.c_str());
         return false;
     }
+    // Built-in rules and keywords only: a profile on this machine must not change the answer.
+    AfxGetApp()->SetProfileStore(std::make_shared<talvor::platform::MemoryProfile>());
     talvor::platform::SetSystemCodePage(talvor::platform::CodePageWestern);
     parser.SetLanguage(corpus.language);
     parser.LoadSynWord();

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <sys/wait.h>
@@ -16,10 +17,12 @@ struct ToolRun {
     std::string err; // standard error
 };
 
-ToolRun Talvor(const std::string& arguments) {
+ToolRun Talvor(const std::string& arguments, const std::string& configHome = "no-such-config") {
     const std::string errPath = ::testing::TempDir() + "color_command_stderr.txt";
-    const std::string command =
-        std::string(TALVOR_BINARY_DIR) + "/tools/talvor/talvor " + arguments + " 2>" + errPath;
+    // An empty configuration folder: no profile of this machine changes rules or keywords.
+    const std::string command = "XDG_CONFIG_HOME=" + ::testing::TempDir() + configHome + " " +
+                                std::string(TALVOR_BINARY_DIR) + "/tools/talvor/talvor " +
+                                arguments + " 2>" + errPath;
     ToolRun run{-1, "", ""};
     FILE* pipe = ::popen(command.c_str(), "r");
     if (pipe == nullptr)
@@ -123,6 +126,19 @@ TEST(ColorCommand, LanguageByNameCodeOrExtension) {
     EXPECT_EQ(Talvor("color --marks " + ruby).out, "04 {2}{0}={1}begin\n");
     EXPECT_EQ(Talvor("color --marks --blank " + ruby).out, "04 {2}{0}=begin \n");
     EXPECT_NE(Talvor("color --ansi " + basic).out.find("\x1b[38;2;0;0;255mDim"), std::string::npos);
+}
+
+TEST(ColorCommand, ProfileOfTheHostReplacesKeywordsAndRules) {
+    const std::string config = ::testing::TempDir() + "colour_config/talvor";
+    ASSERT_EQ(std::system(("mkdir -p " + config).c_str()), 0);
+    std::ofstream(config + "/profile.ini", std::ios::binary)
+        << "[MainWnd\\DockingPaneLayouts\\PaneMacro\\Keywords]\nBasic=x\n"
+        << "[MainWnd\\DockingPaneLayouts\\PaneMacro\\icrEdit__ParseRuleBasic]\n"
+        << "LineCommentStr0=%\n";
+    const std::string file = WriteTemp("colour_profile.bas", "Dim x ' y % z\n");
+    EXPECT_EQ(Talvor("color --marks " + file, "colour_config").out,
+              "02 {2}Dim{2} {1}x{2} ' y{2} {0}% z\n");
+    EXPECT_EQ(Talvor("color --marks " + file).out, "02 {2}{1}Dim{2} x{2} {0}' y % z\n");
 }
 
 TEST(ColorCommand, BadInputIsAUserError) {
