@@ -80,6 +80,7 @@ best_talvor() {
     best=""
     i=0
     while [ "$i" -lt "$runs" ]; do
+        # shellcheck disable=SC2016 # the inner shell expands its own arguments
         t=$(seconds sh -c '"$1" --code-page 1252 color --html --language "$2" "$3" >"$4"' \
             sh "$talvor" "$language" "$input" "$work/talvor.html")
         if [ -z "$best" ] || [ "$(calc "$t < $best")" -eq 1 ]; then
