@@ -72,27 +72,30 @@ int RunDemo(const Args& args) {
 
     std::printf("Talvor demo: the form %s and its script %s\n", form.c_str(), script.c_str());
     bool ok = true;
-    ok &= Show(1, "The script taken apart into its record", RunScript, "script", {"parse", form, script});
+    ok &= Show(1, "The script taken apart into its record", RunScript, "script",
+               {"parse", form, script});
     ok &= Show(2, "Written back in the system's order of blocks", RunScript, "script",
                {"regen", form, script, "--output", regenerated});
     if (ok) {
         // A script that went through once comes out of a second round trip unchanged.
         ok &= RunScript({"regen", form, regenerated, "--output", again}) == ExitOk;
         std::string first, second, error;
-        ok &= platform::ReadWholeFile(regenerated, first, error) && platform::ReadWholeFile(again, second, error);
-        std::printf("Wrote %s (%zu bytes). A second round trip %s.\n", regenerated.c_str(), first.size(),
-                    ok && first == second ? "changes nothing" : "CHANGED THE SCRIPT");
+        ok &= platform::ReadWholeFile(regenerated, first, error) &&
+              platform::ReadWholeFile(again, second, error);
+        std::printf("Wrote %s (%zu bytes). A second round trip %s.\n", regenerated.c_str(),
+                    first.size(), ok && first == second ? "changes nothing" : "CHANGED THE SCRIPT");
         ok &= first == second;
     }
-    ok &= Show(3, "Each procedure as the code tree: title, flow class, nesting", RunScript, "script",
-               {"tree", form, script});
-    ok &= Show(4, "A code operation: a new If block behind line 1 of cmdOK_Click", RunScript, "script",
+    ok &= Show(3, "Each procedure as the code tree: title, flow class, nesting", RunScript,
+               "script", {"tree", form, script});
+    ok &= Show(4, "A code operation: a new If block behind line 1 of cmdOK_Click", RunScript,
+               "script",
                {"op", form, script, "cmdOK_Click", "insert-after", "1", "If (itemCount > 0) Then"});
     ok &= Show(5, "The Exit statement of cmdOK_Click moved to the top, its text worked out again",
-               RunScript, "script",
-               {"op", form, script, "cmdOK_Click", "move-top", "2"});
-    ok &= Show(6, "The script coloured as Basic (in colour on a terminal; otherwise the cookie at "
-                  "each line end and {n} before each run)",
+               RunScript, "script", {"op", form, script, "cmdOK_Click", "move-top", "2"});
+    ok &= Show(6,
+               "The script coloured as Basic (in colour on a terminal; otherwise the cookie at "
+               "each line end and {n} before each run)",
                RunColor, "color", {script, "--language", "Basic"});
     Step(7, "The same colouring as a complete HTML page", "color " + script + " --html > " + page);
     {

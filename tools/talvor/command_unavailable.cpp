@@ -2,9 +2,19 @@
 #include "tools/talvor/commands.h"
 
 namespace talvor::tool {
-int RunRender(const Args&) { return NotAvailable("render"); }
-int RunTypelib(const Args&) { return NotAvailable("typelib"); }
-int RunAlias(const Args&) { return NotAvailable("alias"); }
-int RunCommands(const Args&) { return NotAvailable("commands"); }
-int RunUndo(const Args&) { return NotAvailable("undo"); }
+int RunRender(const Args&) {
+    return NotAvailable("render");
+}
+int RunTypelib(const Args&) {
+    return NotAvailable("typelib");
+}
+int RunAlias(const Args&) {
+    return NotAvailable("alias");
+}
+int RunCommands(const Args&) {
+    return NotAvailable("commands");
+}
+int RunUndo(const Args&) {
+    return NotAvailable("undo");
+}
 } // namespace talvor::tool

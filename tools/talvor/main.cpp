@@ -31,10 +31,9 @@ const Command Commands[] = {
 };
 
 void PrintUsage(std::FILE* out) {
-    std::fprintf(out,
-                 "usage: talvor [--code-page N] [--resources FILE] COMMAND [ARGS...]\n"
-                 "       talvor --help | --version\n\n"
-                 "commands:\n");
+    std::fprintf(out, "usage: talvor [--code-page N] [--resources FILE] COMMAND [ARGS...]\n"
+                      "       talvor --help | --version\n\n"
+                      "commands:\n");
     for (const Command& command : Commands)
         std::fprintf(out, "  %-9s %s\n", command.name, command.summary);
     std::fprintf(out,
@@ -89,7 +88,8 @@ int main(int argc, char** argv) {
             } else {
                 std::string error;
                 talvor::resources::RegisterTalvorRes();
-                if (!talvor::platform::LoadResourceModuleFile(talvor::resources::ModuleName, value, error))
+                if (!talvor::platform::LoadResourceModuleFile(talvor::resources::ModuleName, value,
+                                                              error))
                     return UserError(error);
             }
             i += 2;
