@@ -5,14 +5,13 @@
 #include "platform/code_page.h"
 
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <string>
 
 namespace talvor::tool {
 
-char* OutputBuffer::Room(std::size_t bytes) {
-    if (m_capacity - m_used >= bytes)
-        return m_data.get() + m_used;
+char* OutputBuffer::MakeRoom(std::size_t bytes) {
     Flush();
     if (m_capacity < bytes) {
         m_capacity = bytes > (std::size_t{1} << 20) ? bytes : (std::size_t{1} << 20);
@@ -88,17 +87,41 @@ constexpr std::array<bool, 256> NeedsEscape = [] {
     return table;
 }();
 
+// True when one of the 8 bytes of v is '&', '<' or '>'.
+bool HasMarkup(std::uint64_t v) {
+    constexpr std::uint64_t ones = 0x0101010101010101ull;
+    constexpr std::uint64_t highs = 0x8080808080808080ull;
+    auto hasZero = [](std::uint64_t x) { return (x - ones) & ~x & highs; };
+    return (hasZero(v ^ (ones * '&')) | hasZero(v ^ (ones * '<')) | hasZero(v ^ (ones * '>'))) != 0;
+}
+
+char* PutEscaped(char* p, char c) {
+    if (!NeedsEscape[static_cast<unsigned char>(c)]) {
+        *p = c;
+        return p + 1;
+    }
+    const std::string_view entity = c == '&' ? "&amp;" : (c == '<' ? "&lt;" : "&gt;");
+    std::memcpy(p, entity.data(), entity.size());
+    return p + entity.size();
+}
+
 // Copies text, escaped, to p (which has room for LongestEntity bytes per byte); returns the end.
+// Stretches of 8 bytes without markup, the usual case, go as one block.
 char* CopyEscaped(char* p, std::string_view text) {
-    for (char c : text) {
-        if (!NeedsEscape[static_cast<unsigned char>(c)]) {
-            *p++ = c;
+    std::size_t i = 0;
+    for (; i + 8 <= text.size(); i += 8) {
+        std::uint64_t block;
+        std::memcpy(&block, text.data() + i, 8);
+        if (!HasMarkup(block)) {
+            std::memcpy(p, &block, 8);
+            p += 8;
             continue;
         }
-        const std::string_view entity = c == '&' ? "&amp;" : (c == '<' ? "&lt;" : "&gt;");
-        std::memcpy(p, entity.data(), entity.size());
-        p += entity.size();
+        for (std::size_t k = 0; k < 8; ++k)
+            p = PutEscaped(p, text[i + k]);
     }
+    for (; i < text.size(); ++i)
+        p = PutEscaped(p, text[i]);
     return p;
 }
 
@@ -184,29 +207,55 @@ void AppendHtmlPageStart(OutputBuffer& out, const CTalvorSyntax& colours, std::s
 }
 
 void AppendHtmlLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count) {
-    int open = COLOR_NORMAL; // the colour of the span that is open; normal has none
-    ForEachSegment(line, runs, count, [&](int colourIndex, int start, int end) {
+    // Room for the worst line: every byte an entity, every run a closing and an opening tag.
+    const std::size_t tags = CloseTag.size() + OpenTagStart.size() + 1 + OpenTagEnd.size();
+    char* p = out.Room(LongestEntity * line.size() + tags * (static_cast<std::size_t>(count) + 1) +
+                       CloseTag.size() + 1);
+    // Most lines hold no markup; their stretches are copied without a test per byte.
+    bool markup = false;
+    std::size_t scanned = 0;
+    for (; scanned + 8 <= line.size() && !markup; scanned += 8) {
+        std::uint64_t block;
+        std::memcpy(&block, line.data() + scanned, 8);
+        markup = HasMarkup(block);
+    }
+    for (; scanned < line.size() && !markup; ++scanned)
+        markup = NeedsEscape[static_cast<unsigned char>(line[scanned])];
+    // Neighbouring runs of one colour are copied as one stretch, inside one span.
+    int colour = COLOR_NORMAL;
+    int from = 0, to = 0;
+    auto flush = [&] {
+        if (to <= from)
+            return;
+        if (colour != COLOR_NORMAL) {
+            p = Put(p, OpenTagStart);
+            *p++ = *HtmlClasses[colour];
+            p = Put(p, OpenTagEnd);
+        }
         const std::string_view text =
-            line.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
-        char* p = out.Room(CloseTag.size() + OpenTagStart.size() + 1 + OpenTagEnd.size() +
-                           LongestEntity * text.size());
+            line.substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+        if (markup) {
+            p = CopyEscaped(p, text);
+        } else {
+            std::memcpy(p, text.data(), text.size());
+            p += text.size();
+        }
+        if (colour != COLOR_NORMAL)
+            p = Put(p, CloseTag);
+    };
+    ForEachSegment(line, runs, count, [&](int colourIndex, int start, int end) {
         if (colourIndex < COLOR_COMMENT || colourIndex > COLOR_CHAR)
             colourIndex = COLOR_NORMAL;
-        if (colourIndex != open) {
-            if (open != COLOR_NORMAL)
-                p = Put(p, CloseTag);
-            if (colourIndex != COLOR_NORMAL) {
-                p = Put(p, OpenTagStart);
-                *p++ = *HtmlClasses[colourIndex];
-                p = Put(p, OpenTagEnd);
-            }
-            open = colourIndex;
+        if (colourIndex == colour && start == to) {
+            to = end;
+            return;
         }
-        out.Commit(CopyEscaped(p, text));
+        flush();
+        colour = colourIndex;
+        from = start;
+        to = end;
     });
-    char* p = out.Room(CloseTag.size() + 1);
-    if (open != COLOR_NORMAL)
-        p = Put(p, CloseTag);
+    flush();
     *p++ = '\n';
     out.Commit(p);
 }

@@ -19,7 +19,9 @@ public:
     OutputBuffer& operator=(const OutputBuffer&) = delete;
 
     // A pointer with at least bytes free behind it; earlier bytes may be written out first.
-    char* Room(std::size_t bytes);
+    char* Room(std::size_t bytes) {
+        return m_capacity - m_used >= bytes ? m_data.get() + m_used : MakeRoom(bytes);
+    }
     // Marks the bytes up to end (a pointer into the last Room) as used.
     void Commit(char* end) { m_used = static_cast<std::size_t>(end - m_data.get()); }
     void Append(std::string_view text);
@@ -27,6 +29,8 @@ public:
     bool Flush();
 
 private:
+    char* MakeRoom(std::size_t bytes);
+
     std::FILE* m_file;
     std::unique_ptr<char[]> m_data;
     std::size_t m_used = 0;
