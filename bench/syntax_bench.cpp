@@ -7,6 +7,7 @@
 #include "platform/file_system.h"
 #include "platform/profile.h"
 #include "syntax/line_cookie.h"
+#include "syntax/styled_line.h"
 #include "syntax/syntax.h"
 #include "syntax/text_lines.h"
 
@@ -63,29 +64,6 @@ std::vector<std::string> FilesOf(const std::string& folder,
     return files;
 }
 
-// The golden form of a line: cookie at its end in hex, then the text with {n} before each run.
-void AppendStyled(std::string& out, const CString& line, const COLORINFO* runs, int count,
-                  unsigned long cookie) {
-    char head[24];
-    std::snprintf(head, sizeof head, "%02lx ", cookie);
-    out += head;
-    std::size_t pos = 0;
-    const std::string_view text = line.View();
-    for (int i = 0; i < count; ++i) {
-        const std::size_t start =
-            std::min<std::size_t>(static_cast<std::size_t>(runs[i].m_nCharPos), text.size());
-        if (start > pos) {
-            out.append(text.substr(pos, start - pos));
-            pos = start;
-        }
-        out += '{';
-        out += std::to_string(runs[i].m_nColorIndex);
-        out += '}';
-    }
-    out.append(text.substr(pos));
-    out += '\n';
-}
-
 Corpus LoadCorpus(UINT language, const std::string& folder,
                   const std::vector<std::string>& extensions, const std::string& goldenFolder) {
     Corpus corpus;
@@ -135,7 +113,8 @@ unsigned long ColourAll(Parser& parser, std::vector<CString>& lines, std::vector
         int count = 0;
         const unsigned long end = parser.ParseLine(cookie, line, runs.data(), count);
         if (styled != nullptr)
-            AppendStyled(*styled, line, runs.data(), count, end);
+            talvor::syntax::AppendStyledLine(*styled, line.View(), runs.data(), count, end,
+                                             talvor::syntax::StyledForm::Lengths);
         benchmark::DoNotOptimize(runs.data());
         cookie = talvor::syntax::CookieForNextLine(language, end, true);
     }

@@ -4,6 +4,7 @@
 
 #include "platform/profile.h"
 #include "syntax/line_cookie.h"
+#include "syntax/styled_line.h"
 #include "syntax/syntax.h"
 
 #include <cstdio>
@@ -82,33 +83,18 @@ inline ParsedLine Parse(ParserUnderTest& parser, unsigned long cookie, const std
     return {FormatRuns(runs.data(), count), out, count};
 }
 
-// One line of a .styled golden file: the cookie at its end in hex, then the text with {n}
-// before each run.
+// One line of a .styled golden file (see syntax/styled_line.h).
 inline std::string StyleLine(std::string_view line, const COLORINFO* runs, int count,
-                             unsigned long cookieAtEnd) {
-    char head[16];
-    std::snprintf(head, sizeof head, "%02lx ", cookieAtEnd);
-    std::string out = head;
-    std::size_t pos = 0;
-    for (int i = 0; i < count; ++i) {
-        std::size_t start = static_cast<std::size_t>(runs[i].m_nCharPos);
-        if (start > line.size())
-            start = line.size();
-        if (start > pos) {
-            out.append(line, pos, start - pos);
-            pos = start;
-        }
-        out += '{';
-        out += std::to_string(runs[i].m_nColorIndex);
-        out += '}';
-    }
-    out.append(line, pos, std::string::npos);
-    out += '\n';
+                             unsigned long cookieAtEnd,
+                             syntax::StyledForm form = syntax::StyledForm::Text) {
+    std::string out;
+    syntax::AppendStyledLine(out, line, runs, count, cookieAtEnd, form);
     return out;
 }
 
 // Every line of a text in golden form, cookies carried across hard line ends.
-inline std::string StyleText(ParserUnderTest& parser, const std::vector<std::string_view>& lines) {
+inline std::string StyleText(ParserUnderTest& parser, const std::vector<std::string_view>& lines,
+                             syntax::StyledForm form = syntax::StyledForm::Text) {
     std::string out;
     unsigned long cookie = 0;
     std::vector<COLORINFO> runs;
@@ -117,7 +103,7 @@ inline std::string StyleText(ParserUnderTest& parser, const std::vector<std::str
         runs.resize(2 * line.size() + 1);
         int count = 0;
         unsigned long end = parser.ParseLine(cookie, text, runs.data(), count);
-        out += StyleLine(line, runs.data(), count, end);
+        out += StyleLine(line, runs.data(), count, end, form);
         cookie = syntax::CookieForNextLine(parser.GetLanguage(), end, true);
     }
     return out;
