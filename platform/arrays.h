@@ -7,14 +7,27 @@
 #include "platform/cstring.h"
 
 #include <cassert>
+#include <cstdint>
 #include <vector>
 
 template <class TYPE, class ARG_TYPE = const TYPE&> class CArray {
 public:
     CArray() = default;
     virtual ~CArray() = default;
-    CArray(const CArray&) = default;
-    CArray& operator=(const CArray&) = default;
+    CArray(const CArray& other) : m_data(other.m_data), m_growBy(other.m_growBy) {}
+    CArray& operator=(const CArray& other) {
+        if (this != &other) {
+            m_data = other.m_data;
+            m_growBy = other.m_growBy;
+            Touch();
+        }
+        return *this;
+    }
+
+    // A number that changes whenever the array may have changed: every call that changes it,
+    // and every non-const access, which hands out a way to change it. Lets a reader keep
+    // what it worked out of the array until the array changes.
+    std::uint64_t GetVersion() const { return m_version; }
 
     INT_PTR GetSize() const { return static_cast<INT_PTR>(m_data.size()); }
     INT_PTR GetCount() const { return GetSize(); }
@@ -28,10 +41,14 @@ public:
             m_growBy = growBy;
         if (newSize < 0)
             newSize = 0;
+        Touch();
         m_data.resize(static_cast<std::size_t>(newSize));
     }
     INT_PTR GetGrowBy() const { return m_growBy; }
-    void FreeExtra() { m_data.shrink_to_fit(); }
+    void FreeExtra() {
+        Touch();
+        m_data.shrink_to_fit();
+    }
     void RemoveAll() { SetSize(0, -1); }
 
     const TYPE& GetAt(INT_PTR index) const {
@@ -40,11 +57,13 @@ public:
     }
     TYPE& GetAt(INT_PTR index) { return ElementAt(index); }
     void SetAt(INT_PTR index, ARG_TYPE element) {
+        Touch();
         assert(Valid(index) && "CArray::SetAt: index out of range");
         if (Valid(index))
             m_data[static_cast<std::size_t>(index)] = element;
     }
     TYPE& ElementAt(INT_PTR index) {
+        Touch();
         assert(Valid(index) && "CArray::ElementAt: index out of range");
         if (!Valid(index)) {
             m_scratch = TYPE();
@@ -56,12 +75,16 @@ public:
     TYPE& operator[](INT_PTR index) { return ElementAt(index); }
 
     const TYPE* GetData() const { return m_data.data(); }
-    TYPE* GetData() { return m_data.data(); }
+    TYPE* GetData() {
+        Touch();
+        return m_data.data();
+    }
 
     // Grows the array as needed so that index exists; a negative index is ignored.
     void SetAtGrow(INT_PTR index, ARG_TYPE element) {
         if (index < 0)
             return;
+        Touch();
         if (index >= GetSize()) {
             TYPE copy = element;  // element may refer into the array
             m_data.resize(static_cast<std::size_t>(index) + 1);
@@ -71,17 +94,21 @@ public:
         m_data[static_cast<std::size_t>(index)] = element;
     }
     INT_PTR Add(ARG_TYPE element) {
+        Touch();
         m_data.push_back(element);
         return GetSize() - 1;
     }
     INT_PTR Append(const CArray& other) {
         INT_PTR old = GetSize();
+        Touch();
         m_data.insert(m_data.end(), other.m_data.begin(), other.m_data.end());
         return old;
     }
     void Copy(const CArray& other) {
-        if (this != &other)
+        if (this != &other) {
+            Touch();
             m_data = other.m_data;
+        }
     }
 
     // Inserts count copies at index; an index past the end grows the array to reach it.
@@ -89,6 +116,7 @@ public:
         if (index < 0 || count <= 0)
             return;
         TYPE copy = element;
+        Touch();
         if (index >= GetSize())
             m_data.resize(static_cast<std::size_t>(index));
         m_data.insert(m_data.begin() + index, static_cast<std::size_t>(count), copy);
@@ -97,6 +125,7 @@ public:
         if (other == nullptr || startIndex < 0)
             return;
         std::vector<TYPE> copy = other->m_data;
+        Touch();
         if (startIndex > GetSize())
             m_data.resize(static_cast<std::size_t>(startIndex));
         m_data.insert(m_data.begin() + startIndex, copy.begin(), copy.end());
@@ -108,15 +137,23 @@ public:
         if (index < 0 || count <= 0 || index >= GetSize())
             return;
         INT_PTR end = index + count > GetSize() ? GetSize() : index + count;
+        Touch();
         m_data.erase(m_data.begin() + index, m_data.begin() + end);
     }
 
-    auto begin() { return m_data.begin(); }
-    auto end() { return m_data.end(); }
+    auto begin() {
+        Touch();
+        return m_data.begin();
+    }
+    auto end() {
+        Touch();
+        return m_data.end();
+    }
     auto begin() const { return m_data.begin(); }
     auto end() const { return m_data.end(); }
 
 private:
+    void Touch() { ++m_version; }
     bool Valid(INT_PTR index) const { return index >= 0 && index < GetSize(); }
     static const TYPE& Fallback() {
         static const TYPE value{};
@@ -125,6 +162,7 @@ private:
 
     std::vector<TYPE> m_data;
     INT_PTR m_growBy = 0;
+    std::uint64_t m_version = 0;
     TYPE m_scratch{};
 };
 

@@ -51,5 +51,5 @@ void CTalvorSyntax::SortSynWordArray() {
 }
 
 int CTalvorSyntax::IsSynWord(CString& strWord) {
-    return talvor::syntax::detail::IsKeyword(m_arrKeyWords, m_bCase != 0, strWord.View()) ? 1 : 0;
+    return m_keywordCache.Contains(m_arrKeyWords, m_bCase != 0, strWord.View()) ? 1 : 0;
 }

@@ -31,10 +31,10 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
         return dwCookie;
 
     const PreparedRules rules(*this);
+    m_keywordCache.Update(m_arrKeyWords, m_bCase != 0);
     RunList runs(pBuf, nActualItems);
     const char* line = strLine.GetString();
     const auto* bytes = reinterpret_cast<const unsigned char*>(line);
-    const bool exactCase = m_bCase != 0;
     const bool escapes = m_bEscape != 0;
 
     unsigned long cookie = dwCookie;
@@ -47,7 +47,7 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
 
     auto closeWord = [&](int end) {
         const std::string_view word(line + wordStart, static_cast<std::size_t>(end - wordStart));
-        if (IsKeyword(m_arrKeyWords, exactCase, word))
+        if (m_keywordCache.Lookup(m_arrKeyWords, word))
             runs.Add(wordStart, COLOR_KEYWORD);
         else if (IsNumberIn(m_nLanguage, word))
             runs.Add(wordStart, COLOR_NUMBER);

@@ -5,6 +5,7 @@
 #include "platform/arrays.h"
 #include "platform/cstring.h"
 #include "platform/win_types.h"
+#include "syntax/keyword_cache.h"
 
 class CArchive;
 
@@ -145,4 +146,6 @@ protected:
 
 private:
     void CopyRulesFrom(const CTalvorSyntax& other);
+
+    talvor::syntax::KeywordCache m_keywordCache; // hashed answers of the keyword search
 };

@@ -1,5 +1,7 @@
 // talvor color as a user runs it: marks equal to the reviewed golden files, a complete HTML page
 // that gives back the text, language by name, code or extension, and clear errors.
+#include "syntax/text_lines.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -8,6 +10,7 @@
 #include <fstream>
 #include <string>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -18,7 +21,9 @@ struct ToolRun {
 };
 
 ToolRun Talvor(const std::string& arguments, const std::string& configHome = "no-such-config") {
-    const std::string errPath = ::testing::TempDir() + "color_command_stderr.txt";
+    // One file per process: test programs run side by side.
+    const std::string errPath =
+        ::testing::TempDir() + "color_command_stderr_" + std::to_string(::getpid()) + ".txt";
     // An empty configuration folder: no profile of this machine changes rules or keywords.
     const std::string command = "XDG_CONFIG_HOME=" + ::testing::TempDir() + configHome + " " +
                                 std::string(TALVOR_BINARY_DIR) + "/tools/talvor/talvor " +
@@ -44,9 +49,41 @@ std::string ReadFile(const std::string& path) {
 }
 
 std::string WriteTemp(const std::string& name, const std::string& text) {
-    const std::string path = ::testing::TempDir() + name;
+    const std::string path = ::testing::TempDir() + std::to_string(::getpid()) + "_" + name;
     std::ofstream(path, std::ios::binary) << text;
     return path;
+}
+
+// The text form of a golden file that keeps run lengths (corpus files are kept that way): each
+// length is replaced by that many bytes of the source line.
+std::string TextForm(const std::string& golden, const std::string& source) {
+    const std::vector<std::string_view> lines = talvor::syntax::SplitLines(source);
+    std::string out;
+    std::size_t lineIndex = 0, pos = 0;
+    while (pos < golden.size()) {
+        const std::size_t end = golden.find('\n', pos);
+        const std::string_view styled(golden.data() + pos, (end == std::string::npos ? golden.size() : end) - pos);
+        pos = end == std::string::npos ? golden.size() : end + 1;
+        const std::string_view text = lineIndex < lines.size() ? lines[lineIndex] : std::string_view();
+        ++lineIndex;
+        out.append(styled.substr(0, 3));
+        std::size_t used = 0;
+        for (std::size_t i = 3; i < styled.size();) {
+            if (styled[i] == '{') {
+                const std::size_t close = styled.find('}', i);
+                out.append(styled.substr(i, close - i + 1));
+                i = close + 1;
+                continue;
+            }
+            std::size_t count = 0;
+            while (i < styled.size() && styled[i] >= '0' && styled[i] <= '9')
+                count = count * 10 + static_cast<std::size_t>(styled[i++] - '0');
+            out.append(text.substr(used, count));
+            used += count;
+        }
+        out += '\n';
+    }
+    return out;
 }
 
 const std::string Corpus = std::string(TALVOR_CORPUS_DIR) + "/languages/";
@@ -91,7 +128,9 @@ TEST(ColorCommand, MarksEqualTheGoldenFiles) {
         arguments.insert(arguments.rfind(' ') + 1, Corpus);
         const ToolRun run = Talvor(arguments);
         EXPECT_EQ(run.exitCode, 0) << run.err;
-        EXPECT_TRUE(run.out == ReadFile(Examples + c.golden)) << "output differs from " << c.golden;
+        const std::string source = ReadFile(arguments.substr(arguments.rfind(' ') + 1));
+        EXPECT_TRUE(run.out == TextForm(ReadFile(Examples + c.golden), source))
+            << "output differs from " << c.golden;
     }
 }
 
