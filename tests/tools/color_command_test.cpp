@@ -1,6 +1,7 @@
 // talvor color as a user runs it: marks equal to the reviewed golden files, a complete HTML page
 // that gives back the text, language by name, code or extension, and clear errors.
 #include "syntax/text_lines.h"
+#include "tests/support/tool_run.h"
 
 #include <gtest/gtest.h>
 
@@ -14,33 +15,11 @@
 
 namespace {
 
-struct ToolRun {
-    int exitCode;
-    std::string out; // standard output
-    std::string err; // standard error
-};
+using talvor::testing::ToolRun;
 
 ToolRun Talvor(const std::string& arguments, const std::string& configHome = "no-such-config") {
-    // One file per process: test programs run side by side.
-    const std::string errPath =
-        ::testing::TempDir() + "color_command_stderr_" + std::to_string(::getpid()) + ".txt";
     // An empty configuration folder: no profile of this machine changes rules or keywords.
-    const std::string command = "XDG_CONFIG_HOME=" + ::testing::TempDir() + configHome + " " +
-                                std::string(TALVOR_BINARY_DIR) + "/tools/talvor/talvor " +
-                                arguments + " 2>" + errPath;
-    ToolRun run{-1, "", ""};
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr)
-        return run;
-    std::array<char, 65536> buffer;
-    std::size_t n;
-    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
-        run.out.append(buffer.data(), n);
-    const int status = ::pclose(pipe);
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    std::ifstream err(errPath, std::ios::binary);
-    run.err.assign(std::istreambuf_iterator<char>(err), std::istreambuf_iterator<char>());
-    return run;
+    return talvor::testing::RunTalvor(arguments, "XDG_CONFIG_HOME=" + ::testing::TempDir() + configHome);
 }
 
 std::string ReadFile(const std::string& path) {

@@ -1,32 +1,18 @@
 // talvor script on the sample order form: parse, regen, tree and op as a user runs them.
-#include <gtest/gtest.h>
+#include "tests/support/tool_run.h"
 
-#include <array>
-#include <cstdio>
+#include <gtest/gtest.h>
 #include <fstream>
 #include <string>
-#include <sys/wait.h>
 
 namespace {
 
-struct ScriptRun {
-    int exitCode;
-    std::string output; // standard output and standard error together
-};
+using ScriptRun = talvor::testing::ToolRun;
 
+// `talvor script ARGUMENTS`, standard output and standard error together.
 ScriptRun Script(const std::string& arguments) {
-    std::string command =
-        std::string(TALVOR_BINARY_DIR) + "/tools/talvor/talvor script " + arguments + " 2>&1";
-    ScriptRun run{-1, ""};
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr)
-        return run;
-    std::array<char, 4096> buffer;
-    std::size_t n;
-    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
-        run.output.append(buffer.data(), n);
-    int status = ::pclose(pipe);
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    ScriptRun run = talvor::testing::RunTalvor("script " + arguments);
+    run.out += run.err;
     return run;
 }
 
@@ -39,7 +25,7 @@ TEST(ScriptCommand, ParseListsTheBlocksOfTheSample) {
     for (const char* expected :
          {"control handlers: 6", "subs: 3", "functions: 3", "form handlers: 2",
           "[0] 14 line(s), member id 1", "    | ' keyboard shortcuts of the form"})
-        EXPECT_NE(run.output.find(expected), std::string::npos) << expected << "\n" << run.output;
+        EXPECT_NE(run.out.find(expected), std::string::npos) << expected << "\n" << run.out;
 }
 
 TEST(ScriptCommand, RegeneratedScriptComesBackUnchanged) {
@@ -49,21 +35,21 @@ TEST(ScriptCommand, RegeneratedScriptComesBackUnchanged) {
     std::ifstream file(once, std::ios::binary);
     std::string written((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
     EXPECT_EQ(twice.exitCode, 0);
-    EXPECT_EQ(twice.output, written);
+    EXPECT_EQ(twice.out, written);
     EXPECT_EQ(written.rfind("Option Explicit\r\n", 0), 0u);
 }
 
 TEST(ScriptCommand, TreeAndOpWorkOnOneProcedure) {
     ScriptRun tree = Script("tree " + Form + " " + Sample + " --procedure SaveOrder");
     EXPECT_EQ(tree.exitCode, 0);
-    EXPECT_NE(tree.output.find("      Leave the block  [exit]"), std::string::npos) << tree.output;
+    EXPECT_NE(tree.out.find("      Leave the block  [exit]"), std::string::npos) << tree.out;
     ScriptRun op =
         Script("op " + Form + " " + Sample + " cmdCancel_Click insert-before 0 \"If (a) Then\"");
     EXPECT_EQ(op.exitCode, 0);
-    EXPECT_NE(op.output.find(">   0  If (a) Then\n    1  Else\n    2  End If\n    3  Call "
+    EXPECT_NE(op.out.find(">   0  If (a) Then\n    1  Else\n    2  End If\n    3  Call "
                              "ClearOrder()\nselected: 0"),
               std::string::npos)
-        << op.output;
+        << op.out;
 }
 
 TEST(ScriptCommand, BadInputIsAUserErrorWithAMessage) {
@@ -86,7 +72,7 @@ TEST(ScriptCommand, BadInputIsAUserErrorWithAMessage) {
         SCOPED_TRACE(c.arguments);
         ScriptRun run = Script(c.arguments);
         EXPECT_EQ(run.exitCode, 1);
-        EXPECT_NE(run.output.find(c.message), std::string::npos) << run.output;
+        EXPECT_NE(run.out.find(c.message), std::string::npos) << run.out;
     }
 }
 
