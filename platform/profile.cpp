@@ -54,7 +54,10 @@ std::string Quote(const std::string& value) {
     return out;
 }
 
-int HexDigit(char c) {
+} // namespace
+
+// Value of a hexadecimal digit, or -1.
+static int HexDigit(char c) {
     if (c >= '0' && c <= '9')
         return c - '0';
     if (c >= 'a' && c <= 'f')
@@ -63,6 +66,8 @@ int HexDigit(char c) {
         return c - 'A' + 10;
     return -1;
 }
+
+namespace {
 
 std::string Unquote(std::string_view text) {
     std::string out;
@@ -294,15 +299,9 @@ BOOL CWinApp::GetProfileBinary(const char* section, const char* entry, BYTE** da
         return FALSE;
     if (value.size() % 2 != 0)
         return FALSE;
-    auto digit = [](char c) {
-        if (c >= '0' && c <= '9') return c - '0';
-        if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-        if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-        return -1;
-    };
     std::string decoded;
     for (std::size_t i = 0; i < value.size(); i += 2) {
-        int hi = digit(value[i]), lo = digit(value[i + 1]);
+        int hi = talvor::platform::HexDigit(value[i]), lo = talvor::platform::HexDigit(value[i + 1]);
         if (hi < 0 || lo < 0)
             return FALSE;
         decoded.push_back(static_cast<char>(hi * 16 + lo));
