@@ -2,8 +2,8 @@
 // growing size (its cost must grow in proportion to the script), and line classification.
 #include "engine/script_text_disposal.h"
 #include "host/ole/interface_builder.h"
-#include "platform/code_page.h"
-#include "platform/file_system.h"
+#include "platform/codepage/code_page.h"
+#include "platform/files/file_system.h"
 #include "tests/engine/reference_whole_script.h"
 
 #include <benchmark/benchmark.h>

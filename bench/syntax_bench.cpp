@@ -3,9 +3,9 @@
 // carried across hard line ends, with run lists (painting) and without (the cookie cache).
 // The input definition is the one bench/compare_source_highlight.sh uses: the files in byte
 // order of their paths, each followed by a line feed if it lacks one, repeated whole.
-#include "platform/code_page.h"
-#include "platform/file_system.h"
-#include "platform/profile.h"
+#include "platform/app/profile.h"
+#include "platform/codepage/code_page.h"
+#include "platform/files/file_system.h"
 #include "syntax/line_cookie.h"
 #include "syntax/styled_line.h"
 #include "syntax/syntax.h"

@@ -3,7 +3,7 @@
 // host's profile.
 #include "engine/script_text_disposal.h"
 
-#include "platform/profile.h"
+#include "platform/app/profile.h"
 #include "resources/resource_guard.h"
 
 #include <initializer_list>

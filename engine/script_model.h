@@ -3,8 +3,8 @@
 // the engine keeps no reference to one after a call returns.
 #pragma once
 
-#include "platform/arrays.h"
-#include "platform/cstring.h"
+#include "platform/strings/arrays.h"
+#include "platform/strings/cstring.h"
 
 // The local variables and the parameters of one procedure, as parallel arrays: element i of
 // a remark or value array belongs to element i of the name array it stands beside.

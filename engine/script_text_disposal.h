@@ -5,8 +5,8 @@
 
 #include "engine/script_model.h"
 #include "host/ole/interface_info.h"
-#include "platform/arrays.h"
-#include "platform/cstring.h"
+#include "platform/strings/arrays.h"
+#include "platform/strings/cstring.h"
 
 class CTalvorScriptTextDisposal {
 public:

@@ -1,6 +1,6 @@
 // Arbitrary bytes read as an archive of objects, strings and counts: every damaged stream must
 // end in a CArchiveException, never outside the data, and every object read must be freed.
-#include "platform/archive.h"
+#include "platform/files/archive.h"
 
 #include <cstdint>
 #include <set>
@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             (void)ar.ReadObject(nullptr);
         }
     } catch (CArchiveException* e) {
-        e->Delete();  // a clean rejection is a correct answer
+        e->Delete(); // a clean rejection is a correct answer
     }
     while (!Live().empty())
         delete *Live().begin();

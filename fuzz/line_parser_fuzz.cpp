@@ -9,8 +9,8 @@
 // With bit 2, byte 6 is the length of a rule block whose fields, split at 0x01, are: word bytes,
 // line comments 0 and 1, block comment openers 0 and 1, closers 0 and 1, string opener and
 // closer, literal opener and closer. The rest is the line.
-#include "platform/code_page.h"
-#include "platform/profile.h"
+#include "platform/app/profile.h"
+#include "platform/codepage/code_page.h"
 #include "syntax/syntax.h"
 #include "tests/syntax/reference_line_parser.h"
 

@@ -3,8 +3,8 @@
 // the rest is pattern, then text. Besides "no crash, no hang", the three functions must agree:
 // Test hits exactly when GetInfo does, the matches lie in the text in order, and deleting
 // them with Replace leaves the text without them.
-#include "platform/code_page.h"
-#include "platform/message_box.h"
+#include "platform/app/message_box.h"
+#include "platform/codepage/code_page.h"
 #include "text/regular_expressions.h"
 
 #include <cstdint>

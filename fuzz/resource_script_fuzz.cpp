@@ -1,7 +1,7 @@
 // Arbitrary text read as a resource script: the reader either reads it or names the line of
 // the fault; either way it stays inside the text. A script that was read must have every id it
 // reports, and an accepted script must be read the same way twice.
-#include "platform/resource_module.h"
+#include "platform/app/resource_module.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::string error;
     bool ok = talvor::platform::ParseResourceScript(script, first, error);
     if (!ok && error.rfind("resources: line ", 0) != 0)
-        std::abort();  // every fault names its line
+        std::abort(); // every fault names its line
     std::string error2;
     if (talvor::platform::ParseResourceScript(script, second, error2) != ok ||
         first.Strings() != second.Strings())

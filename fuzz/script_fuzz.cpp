@@ -5,8 +5,8 @@
 // bytes of the input must keep every result a line of the list, or -1 with the list as it was.
 #include "engine/script_text_disposal.h"
 #include "host/ole/interface_builder.h"
-#include "platform/code_page.h"
-#include "platform/message_box.h"
+#include "platform/app/message_box.h"
+#include "platform/codepage/code_page.h"
 #include "tests/engine/reference_whole_script.h"
 
 #include <cstdint>

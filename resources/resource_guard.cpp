@@ -1,8 +1,8 @@
 // The resource guard and the registration of TalvorRes.
 #include "resources/resource_guard.h"
 
-#include "platform/cstring.h"
-#include "platform/file_system.h"
+#include "platform/files/file_system.h"
+#include "platform/strings/cstring.h"
 #include "resources/builtin_script.h"
 
 #include <cstdio>

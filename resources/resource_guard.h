@@ -3,7 +3,7 @@
 // own texts runs under one.
 #pragma once
 
-#include "platform/resource_module.h"
+#include "platform/app/resource_module.h"
 
 namespace talvor::resources {
 

@@ -1,7 +1,7 @@
 // The colour table in archive form: 17 little-endian 32-bit values, 68 bytes, no header.
 #include "syntax/syntax.h"
 
-#include "platform/archive.h"
+#include "platform/files/archive.h"
 
 void CTalvorSyntax::SerializeColor(CArchive& ar) {
     // The record's order, which puts m_clrTab before m_clrBKSelText unlike the members.

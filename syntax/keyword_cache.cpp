@@ -1,7 +1,7 @@
 // Building the keyword table and the lookups that need the code page.
 #include "syntax/keyword_cache.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 #include "syntax/detail/word_tests.h"
 
 namespace talvor::syntax {
@@ -57,7 +57,7 @@ void KeywordCache::Insert(std::string_view folded) {
     const std::uint32_t hash = Hash(static_cast<unsigned char>(folded.front()),
                                     static_cast<unsigned char>(folded.back()), folded.size());
     if (FindExact(folded, hash))
-        return;  // duplicates answer alike
+        return; // duplicates answer alike
     for (std::size_t i = hash >> m_shift;; i = (i + 1) & m_mask) {
         if (!m_slots[i].used) {
             m_slots[i] = {hash, static_cast<std::uint32_t>(m_arena.size()),
@@ -73,7 +73,8 @@ bool KeywordCache::FindExact(std::string_view folded, std::uint32_t hash) const 
         const Slot& slot = m_slots[i];
         if (!slot.used)
             return false;
-        if (slot.hash == hash && std::string_view(m_arena).substr(slot.offset, slot.length) == folded)
+        if (slot.hash == hash &&
+            std::string_view(m_arena).substr(slot.offset, slot.length) == folded)
             return true;
     }
 }

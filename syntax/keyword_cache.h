@@ -5,7 +5,7 @@
 // whenever the array (by its address and version), the case rule or the code page changes.
 #pragma once
 
-#include "platform/arrays.h"
+#include "platform/strings/arrays.h"
 
 #include <cstdint>
 #include <string>
@@ -52,7 +52,7 @@ public:
             for (; k < word.size(); ++k) {
                 const auto c = static_cast<unsigned char>(word[k]);
                 if (c >= 0x80)
-                    return FindFolded(word);  // whole characters of the code page decide
+                    return FindFolded(word); // whole characters of the code page decide
                 if (Lower(c) != static_cast<unsigned char>(text[k]))
                     break;
             }

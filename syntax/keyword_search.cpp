@@ -3,7 +3,7 @@
 // made fast is each comparison: an inline loop that folds ASCII letters as it goes.
 #include "syntax/detail/word_tests.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 
 #include <array>
 

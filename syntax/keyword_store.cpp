@@ -1,8 +1,8 @@
 // The keyword store: loading the list of the current language into a sorted array.
 #include "syntax/syntax.h"
 
-#include "platform/code_page.h"
-#include "platform/profile.h"
+#include "platform/app/profile.h"
+#include "platform/codepage/code_page.h"
 #include "syntax/detail/language_rows.h"
 #include "syntax/detail/word_tests.h"
 

@@ -1,7 +1,7 @@
 // Language codes and their names: the row lookups of the language table.
 #include "syntax/detail/language_rows.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 
 #include <iterator>
 

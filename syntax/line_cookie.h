@@ -2,7 +2,7 @@
 // benchmark all carry cookies with this one rule.
 #pragma once
 
-#include "platform/win_types.h"
+#include "platform/core/win_types.h"
 
 namespace talvor::syntax {
 

@@ -2,7 +2,7 @@
 // the application profile, and the comment string that the text commands insert.
 #include "syntax/syntax.h"
 
-#include "platform/profile.h"
+#include "platform/app/profile.h"
 #include "syntax/detail/language_rows.h"
 
 #include <cstring>

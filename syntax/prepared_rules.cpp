@@ -2,7 +2,7 @@
 // stand, so a host that changes a rule string or the word bytes directly is heard at once.
 #include "syntax/detail/rule_match.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 
 #include <array>
 #include <cstring>

@@ -23,7 +23,8 @@ void AppendStyledLine(std::string& out, std::string_view line, const COLORINFO* 
     out += head;
     std::size_t pos = 0;
     for (int i = 0; i < count; ++i) {
-        std::size_t start = static_cast<std::size_t>(runs[i].m_nCharPos < 0 ? 0 : runs[i].m_nCharPos);
+        std::size_t start =
+            static_cast<std::size_t>(runs[i].m_nCharPos < 0 ? 0 : runs[i].m_nCharPos);
         if (start > line.size())
             start = line.size();
         if (start > pos) {

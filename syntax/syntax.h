@@ -2,9 +2,9 @@
 // two line parsers that turn a line into colour runs while a cookie carries state between lines.
 #pragma once
 
-#include "platform/arrays.h"
-#include "platform/cstring.h"
-#include "platform/win_types.h"
+#include "platform/core/win_types.h"
+#include "platform/strings/arrays.h"
+#include "platform/strings/cstring.h"
 #include "syntax/keyword_cache.h"
 
 class CArchive;

@@ -3,10 +3,10 @@
 // A failure of any engine call ends the function with a message box and the result 0.
 #include "text/regular_expressions.h"
 
-#include "platform/code_page.h"
-#include "platform/error_text.h"
-#include "platform/message_box.h"
-#include "platform/regexp_engine.h"
+#include "platform/app/message_box.h"
+#include "platform/codepage/code_page.h"
+#include "platform/core/error_text.h"
+#include "platform/regex/regex_engine.h"
 
 #include <exception>
 #include <new>

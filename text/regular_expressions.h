@@ -10,8 +10,8 @@
 // call works as usual. No exception leaves these functions.
 #pragma once
 
-#include "platform/arrays.h"
-#include "platform/cstring.h"
+#include "platform/strings/arrays.h"
+#include "platform/strings/cstring.h"
 
 namespace talvor::platform {
 class RegExpEngine;

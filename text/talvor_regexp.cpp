@@ -2,7 +2,7 @@
 // given up by TVPfxRegExpRelease, built again by a call after that.
 #include "text/regular_expressions.h"
 
-#include "platform/regexp_engine.h"
+#include "platform/regex/regex_engine.h"
 #include "text/detail/regex_cache.h"
 
 namespace {

@@ -2,7 +2,7 @@
 // word (asked of the regular expression facade), and is the whole line the keyword.
 #pragma once
 
-#include "platform/cstring.h"
+#include "platform/strings/cstring.h"
 
 namespace talvor::engine::detail {
 

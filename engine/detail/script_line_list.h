@@ -4,8 +4,8 @@
 // array as given; removed lines are skipped by every walk.
 #pragma once
 
-#include "platform/arrays.h"
-#include "platform/cstring.h"
+#include "platform/strings/arrays.h"
+#include "platform/strings/cstring.h"
 
 #include <cstddef>
 #include <string>

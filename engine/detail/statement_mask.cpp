@@ -2,7 +2,7 @@
 // system code page, so a trail byte that happens to be a quote or a parenthesis never counts.
 #include "engine/detail/statement_mask.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 
 namespace talvor::engine::detail {
 namespace {

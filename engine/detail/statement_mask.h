@@ -2,7 +2,7 @@
 // expressions are replaced by one mask character each, so that words inside them don't count.
 #pragma once
 
-#include "platform/cstring.h"
+#include "platform/strings/cstring.h"
 
 #include <vector>
 

@@ -2,8 +2,8 @@
 // forms of the runtime library: they read a text up to its first NUL, as those functions do.
 #pragma once
 
-#include "platform/code_page.h"
-#include "platform/cstring.h"
+#include "platform/codepage/code_page.h"
+#include "platform/strings/cstring.h"
 
 #include <cstring>
 #include <string_view>

@@ -3,8 +3,8 @@
 // Objects are filled by AddMethod/AddParam (see interface_builder.h); users only read them.
 #pragma once
 
-#include "platform/arrays.h"
-#include "platform/cstring.h"
+#include "platform/strings/arrays.h"
+#include "platform/strings/cstring.h"
 
 // Kinds of a member, as the component model numbers them.
 enum INVOKEKIND {

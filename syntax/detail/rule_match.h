@@ -3,7 +3,7 @@
 // table lookup. Matching looks back from the current byte, as the rules are defined.
 #pragma once
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 #include "syntax/syntax.h"
 
 namespace talvor::syntax::detail {

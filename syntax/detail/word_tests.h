@@ -2,8 +2,8 @@
 // word is copied: is it a keyword, is it a number of the language.
 #pragma once
 
-#include "platform/arrays.h"
-#include "platform/win_types.h"
+#include "platform/core/win_types.h"
+#include "platform/strings/arrays.h"
 
 #include <string_view>
 

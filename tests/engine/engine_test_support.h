@@ -4,7 +4,7 @@
 
 #include "engine/script_text_disposal.h"
 #include "host/ole/interface_builder.h"
-#include "platform/resource_module.h"
+#include "platform/app/resource_module.h"
 #include "resources/resource_guard.h"
 
 #include <initializer_list>

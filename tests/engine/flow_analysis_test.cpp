@@ -1,7 +1,7 @@
 // Statement classes, skeletons of new statements, and the block positions found by counting
 // the classes of the lines around a line.
 #include "engine/script_text_disposal.h"
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 #include "tests/engine/engine_test_support.h"
 #include "tests/support/test_environment.h"
 

@@ -1,7 +1,7 @@
 // Keywords from the string resources, the command handler pieces built from them, and the
 // reserved words from the profile.
 #include "engine/script_text_disposal.h"
-#include "platform/profile.h"
+#include "platform/app/profile.h"
 #include "tests/engine/engine_test_support.h"
 #include "tests/support/test_environment.h"
 

@@ -6,7 +6,7 @@
 #pragma once
 
 #include "engine/script_text_disposal.h"
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 
 namespace talvor::engine::testing {
 

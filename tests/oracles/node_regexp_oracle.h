@@ -2,7 +2,7 @@
 // through the facade, and compares the two. One Node process answers all cases of a call.
 #pragma once
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 #include "tests/support/test_environment.h"
 #include "text/regular_expressions.h"
 

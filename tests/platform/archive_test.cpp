@@ -1,5 +1,5 @@
 // The archive's binary form, object graphs with class tags, and damaged streams.
-#include "platform/archive.h"
+#include "platform/files/archive.h"
 
 #include <gtest/gtest.h>
 
@@ -19,14 +19,16 @@ public:
     LONG m_nSides = 0;
     CObject* m_pNext = nullptr;
 };
-const CRuntimeClass CShape::classCShape = MakeRuntimeClass<CShape>("CShape", 2, &CObject::classCObject);
+const CRuntimeClass CShape::classCShape =
+    MakeRuntimeClass<CShape>("CShape", 2, &CObject::classCObject);
 
 class CLabel : public CObject {
 public:
     static const CRuntimeClass classCLabel;
     const CRuntimeClass* GetRuntimeClass() const override { return &classCLabel; }
 };
-const CRuntimeClass CLabel::classCLabel = MakeRuntimeClass<CLabel>("CLabel", 1, &CObject::classCObject);
+const CRuntimeClass CLabel::classCLabel =
+    MakeRuntimeClass<CLabel>("CLabel", 1, &CObject::classCObject);
 
 std::string Hex(const std::string& bytes) {
     std::string out;
@@ -77,7 +79,10 @@ TEST(ArchiveFormat, StringLengthPrefixes) {
     struct Case {
         int length;
         const char* prefix;
-    } cases[] = {{0, "00"}, {254, "FE"}, {255, "FF FF 00"}, {0xFFFD, "FF FD FF"},
+    } cases[] = {{0, "00"},
+                 {254, "FE"},
+                 {255, "FF FF 00"},
+                 {0xFFFD, "FF FD FF"},
                  {0xFFFE, "FF FF FF FE FF 00 00"}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.length);
@@ -93,7 +98,9 @@ TEST(ArchiveFormat, StringLengthPrefixes) {
 
 TEST(ArchiveFormat, WideStringsAreReadInTheSystemCodePage) {
     // 0xFF 0xFFFE marks a wide string; its length counts UTF-16 units.
-    std::string bytes("\xFF\xFE\xFF\x02" "A\x00\xE9\x00", 8);
+    std::string bytes("\xFF\xFE\xFF\x02"
+                      "A\x00\xE9\x00",
+                      8);
     CString text;
     EXPECT_EQ(LoadCause(bytes, [&](CArchive& ar) { ar >> text; }), -1);
     EXPECT_EQ(text, "A\xE9");
@@ -106,7 +113,7 @@ TEST(ArchiveObjects, ClassTagsAndObjectReferences) {
     first.m_pNext = &second;
     second.m_strName = "sq";
     second.m_nSides = 4;
-    second.m_pNext = &first;  // a cycle comes back as a reference
+    second.m_pNext = &first; // a cycle comes back as a reference
     std::string bytes = Store([&](CArchive& ar) { ar << static_cast<CObject*>(&first); });
     // new class FFFF, schema 2, name; "tri", 3; second object: class index 1 (0x8001), "sq", 4,
     // and a reference to object 2 (the first object).
@@ -114,7 +121,8 @@ TEST(ArchiveObjects, ClassTagsAndObjectReferences) {
                           "01 80 02 73 71 04 00 00 00 02 00");
 
     CObject* loaded = nullptr;
-    ASSERT_EQ(LoadCause(bytes, [&](CArchive& ar) { loaded = ar.ReadObject(&CShape::classCShape); }), -1);
+    ASSERT_EQ(LoadCause(bytes, [&](CArchive& ar) { loaded = ar.ReadObject(&CShape::classCShape); }),
+              -1);
     auto* a = static_cast<CShape*>(loaded);
     ASSERT_NE(a, nullptr);
     auto* b = static_cast<CShape*>(a->m_pNext);
@@ -133,7 +141,7 @@ TEST(ArchiveObjects, DamagedStreamsRaiseTheirCause) {
     std::string good = Store([&](CArchive& ar) { ar << static_cast<CObject*>(&shape); });
 
     std::string unknown = good;
-    unknown[6] = 'X';  // "XShape" is no registered class
+    unknown[6] = 'X'; // "XShape" is no registered class
     EXPECT_EQ(LoadCause(unknown, [](CArchive& ar) { delete ar.ReadObject(nullptr); }),
               CArchiveException::badClass);
     EXPECT_EQ(CArchiveException::badClass, 6);
@@ -154,13 +162,16 @@ TEST(ArchiveObjects, DamagedStreamsRaiseTheirCause) {
     // Every cut of the stream ends in an exception, never a read past the data.
     for (std::size_t cut = 0; cut < good.size(); ++cut) {
         SCOPED_TRACE(cut);
-        EXPECT_EQ(LoadCause(good.substr(0, cut), [](CArchive& ar) { delete ar.ReadObject(nullptr); }),
-                  CArchiveException::endOfFile);
+        EXPECT_EQ(
+            LoadCause(good.substr(0, cut), [](CArchive& ar) { delete ar.ReadObject(nullptr); }),
+            CArchiveException::endOfFile);
     }
 }
 
 TEST(ArchiveObjects, ADamagedLengthDoesNotAllocateWhatTheFileCannotHold) {
-    std::string bytes("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\x7F" "abc", 15);
+    std::string bytes("\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF\x7F"
+                      "abc",
+                      15);
     CString text;
     EXPECT_EQ(LoadCause(bytes, [&](CArchive& ar) { ar >> text; }), CArchiveException::endOfFile);
 }

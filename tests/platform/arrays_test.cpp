@@ -1,5 +1,5 @@
 // The growing arrays of the framework.
-#include "platform/arrays.h"
+#include "platform/strings/arrays.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ TEST(CArray, InsertRemoveAndGrow) {
     ids.Add(1);
     ids.Add(3);
     ids.InsertAt(1, 2);
-    ids.InsertAt(5, 9);  // past the end: grows with zeros to reach it
+    ids.InsertAt(5, 9); // past the end: grows with zeros to reach it
     ASSERT_EQ(ids.GetSize(), 6);
     EXPECT_EQ(ids[1], 2);
     EXPECT_EQ(ids[3], 0);
@@ -47,6 +47,6 @@ TEST(CArray, InsertRemoveAndGrow) {
 TEST(CArray, SetAtGrowCopiesAnElementOfTheArrayItself) {
     CStringArray lines;
     lines.Add("first");
-    lines.SetAtGrow(50, lines[0]);  // the reference would dangle if growth came first
+    lines.SetAtGrow(50, lines[0]); // the reference would dangle if growth came first
     EXPECT_EQ(lines[50], "first");
 }

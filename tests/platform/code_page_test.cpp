@@ -1,6 +1,6 @@
 // Character stepping, case mapping and wide conversion in the code pages the library supports.
-#include "platform/code_page.h"
-#include "platform/cstring.h"
+#include "platform/codepage/code_page.h"
+#include "platform/strings/cstring.h"
 
 #include <gtest/gtest.h>
 #include <random>
@@ -26,7 +26,10 @@ const LengthCase CharLengths[] = {
     {"utf-8 two bytes", 65001, "\xC3\xA9x", 0, 2},
     {"utf-8 three bytes", 65001, "\xE4\xB8\xAD", 0, 3},
     {"utf-8 four bytes", 65001, "\xF0\x9F\x98\x80", 0, 4},
-    {"utf-8 lone continuation", 65001, "\x80" "a", 0, 1},
+    {"utf-8 lone continuation", 65001,
+     "\x80"
+     "a",
+     0, 1},
     {"utf-8 overlong form", 65001, "\xC0\x80", 0, 1},
     {"utf-8 encoded surrogate", 65001, "\xED\xA0\x80", 0, 1},
     {"utf-8 cut off sequence", 65001, "\xE4\xB8", 0, 1},
@@ -63,13 +66,13 @@ TEST(CodePage, SearchesNeverMatchATrailByte) {
     EXPECT_EQ(quoted.Find('"'), -1);
     EXPECT_EQ(quoted.Replace("\"", "'"), 0);
 
-    SetSystemCodePage(1252);  // the same bytes are two characters in a single-byte page
+    SetSystemCodePage(1252); // the same bytes are two characters in a single-byte page
     EXPECT_EQ(text.Find('['), 1);
 }
 
 TEST(CodePage, TrimDoesNotCutADoubleByteCharacter) {
     SetSystemCodePage(936);
-    CString text(" ab\x81 ");  // 0x81 0x20 is one character whose trail byte is a blank
+    CString text(" ab\x81 "); // 0x81 0x20 is one character whose trail byte is a blank
     text.TrimRight();
     EXPECT_EQ(text, " ab\x81 ");
     text.TrimLeft(' ');
@@ -84,7 +87,7 @@ TEST(CodePage, WideFormCountsCharactersAsTheOriginal) {
     EXPECT_EQ(ToWide("\xD6\xD0\xCE\xC4"), u"\u4E2D\u6587");
     EXPECT_EQ(FromWide(u"\u4E2D\u6587"), "\xD6\xD0\xCE\xC4");
     SetSystemCodePage(65001);
-    EXPECT_EQ(ToWide("a\xF0\x9F\x98\x80").size(), 3u);  // a character outside the BMP counts two
+    EXPECT_EQ(ToWide("a\xF0\x9F\x98\x80").size(), 3u); // a character outside the BMP counts two
     EXPECT_EQ(ToWide("\xE4\xB8\xAD").size(), 1u);
     SetSystemCodePage(1252);
     EXPECT_EQ(ToWide("\x80\x9F"), u"\u20AC\u0178");
@@ -112,17 +115,22 @@ TEST(CodePage, CaseMappingFollowsThePage) {
     latin.MakeUpper();
     EXPECT_EQ(latin, "\xC9T\xC9 AND \x8A");
     EXPECT_EQ(_mbsicmp(reinterpret_cast<const unsigned char*>("\xC9t\xC9"),
-                       reinterpret_cast<const unsigned char*>("\xE9T\xE9")), 0);
+                       reinterpret_cast<const unsigned char*>("\xE9T\xE9")),
+              0);
 
     SetSystemCodePage(65001);
-    CString word("stra\xC3\x9F" "e \xC3\xA9\xE4\xB8\xAD");
+    CString word("stra\xC3\x9F"
+                 "e \xC3\xA9\xE4\xB8\xAD");
     word.MakeUpper();
-    EXPECT_EQ(word, "STRA\xC3\x9F" "E \xC3\x89\xE4\xB8\xAD");  // sharp s has no one-character upper case
+    EXPECT_EQ(word, "STRA\xC3\x9F"
+                    "E \xC3\x89\xE4\xB8\xAD"); // sharp s has no one-character upper case
 
     SetSystemCodePage(936);
-    CString mixed("ab\x81" "a");  // the trail byte 'a' is not a letter of its own
+    CString mixed("ab\x81"
+                  "a"); // the trail byte 'a' is not a letter of its own
     mixed.MakeUpper();
-    EXPECT_EQ(mixed, "AB\x81" "a");
+    EXPECT_EQ(mixed, "AB\x81"
+                     "a");
 }
 
 TEST(CodePage, CaseInsensitiveOrderAgreesWithLowerCaseOrder) {

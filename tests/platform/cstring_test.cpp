@@ -1,5 +1,5 @@
 // CString operations as the framework gives them, and AfxExtractSubString.
-#include "platform/cstring.h"
+#include "platform/strings/cstring.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -10,12 +10,12 @@ TEST(CStringFormat, PrintfFormatsOfTheLibrary) {
     EXPECT_EQ(s, "-40001");
     s.Format("0x%04x", 0x409u);
     EXPECT_EQ(s, "0x0409");
-    const char* guidPart = "%#08.8x";  // the 0 flag is ignored beside a precision, as printf says
+    const char* guidPart = "%#08.8x"; // the 0 flag is ignored beside a precision, as printf says
     s.Format(guidPart, 0x1234u);
     EXPECT_EQ(s, "0x00001234");
     s.Format("%s%d", "Copy", 2);
     EXPECT_EQ(s, "Copy2");
-    s.Format("%s", std::string(1000, 'x').c_str());  // longer than the first buffer
+    s.Format("%s", std::string(1000, 'x').c_str()); // longer than the first buffer
     EXPECT_EQ(s.GetLength(), 1000);
     s.AppendFormat("-%d", 7);
     EXPECT_EQ(s.Right(2), "-7");
@@ -31,7 +31,7 @@ TEST(CStringTokenize, SkipsRunsOfDelimitersAndEndsWithMinusOne) {
     EXPECT_EQ(pos, -1);
 
     pos = 2;
-    EXPECT_EQ(CString("abcdef").Tokenize("", pos), "cdef");  // empty set: the rest, start stays
+    EXPECT_EQ(CString("abcdef").Tokenize("", pos), "cdef"); // empty set: the rest, start stays
     EXPECT_EQ(pos, 2);
     pos = -5;
     EXPECT_EQ(CString("abc").Tokenize(",", pos), "");

@@ -1,5 +1,5 @@
 // Texts of failure codes: the message table, and the fallbacks of a component error object.
-#include "platform/error_text.h"
+#include "platform/core/error_text.h"
 
 #include <gtest/gtest.h>
 

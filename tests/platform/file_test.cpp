@@ -1,7 +1,7 @@
 // Files of the operating system and folder search.
-#include "platform/file.h"
-#include "platform/file_find.h"
-#include "platform/file_system.h"
+#include "platform/files/file.h"
+#include "platform/files/file_find.h"
+#include "platform/files/file_system.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

@@ -1,5 +1,5 @@
 // Message boxes reach the handler the host installed.
-#include "platform/message_box.h"
+#include "platform/app/message_box.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 // The application profile: values by section and key, INI files written atomically.
-#include "platform/file_system.h"
-#include "platform/profile.h"
+#include "platform/app/profile.h"
+#include "platform/files/file_system.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <cstdlib>
 #include <unistd.h>
 
 using namespace talvor::platform;
@@ -39,7 +39,8 @@ TEST(Profile, SectionsWithBackslashesAndKeysWithoutCase) {
     const char* section = "MainWnd\\DockingPaneLayouts\\PaneMacro\\Keywords";
     app->WriteProfileString(section, "_BASIC", " If,Then,");
     EXPECT_EQ(app->GetProfileString(section, "_basic"), " If,Then,");
-    EXPECT_EQ(app->GetProfileString("mainwnd\\dockingpanelayouts\\panemacro\\keywords", "_BASIC"), " If,Then,");
+    EXPECT_EQ(app->GetProfileString("mainwnd\\dockingpanelayouts\\panemacro\\keywords", "_BASIC"),
+              " If,Then,");
     app->WriteProfileString(section, "_BASIC", nullptr);
     EXPECT_EQ(app->GetProfileString(section, "_BASIC", "gone"), "gone");
 }
@@ -60,8 +61,9 @@ TEST(Profile, BinaryValuesRoundTrip) {
 
 TEST(IniFileProfile, EveryValueReadsBackExactly) {
     std::string path = TempPath("exact.ini");
-    const std::string values[] = {"plain", " leading blank", "trailing tab\t", "\"quoted\"",
-                                  "line\nfeed", "back\\slash", "", "=equals=", "; not a comment"};
+    const std::string values[] = {"plain",      " leading blank", "trailing tab\t",
+                                  "\"quoted\"", "line\nfeed",     "back\\slash",
+                                  "",           "=equals=",       "; not a comment"};
     {
         IniFileProfile profile(path);
         for (std::size_t i = 0; i < std::size(values); ++i)
@@ -91,7 +93,7 @@ TEST(IniFileProfile, AFailedWriteKeepsTheLastCompleteFile) {
     ASSERT_TRUE(ReadWholeFile(path, after, error));
     EXPECT_EQ(after, before);
     std::string value;
-    EXPECT_FALSE(profile.Get("S", "second", value));  // memory follows the file
+    EXPECT_FALSE(profile.Get("S", "second", value)); // memory follows the file
     IniFileProfile reread(path);
     EXPECT_TRUE(reread.Get("S", "first", value));
     EXPECT_FALSE(reread.Get("S", "second", value));
@@ -100,7 +102,8 @@ TEST(IniFileProfile, AFailedWriteKeepsTheLastCompleteFile) {
 TEST(IniFileProfile, HandWrittenFilesAreRead) {
     ProfileData data;
     IniFileProfile::Parse("; comment\n[One]\r\nkey = value \r\nbroken line\n[Two\n"
-                          "stray=still one\n[Two]\nk=\"a\\tb\"\n", data);
+                          "stray=still one\n[Two]\nk=\"a\\tb\"\n",
+                          data);
     EXPECT_EQ(data["One"]["key"], "value");
     EXPECT_EQ(data["One"]["stray"], "still one");
     EXPECT_EQ(data["Two"]["k"], "a\tb");

@@ -1,7 +1,7 @@
 // The regular expression object: the runtime's error codes for rejected patterns, what the
 // methods leave alone on a failure, limits on nesting, repeats and backtracking, groups and
 // substitution marks.
-#include "platform/regexp_engine.h"
+#include "platform/regex/regex_engine.h"
 
 #include <gtest/gtest.h>
 #include <string>

@@ -1,7 +1,7 @@
 // TalvorRes: the built-in texts, the guard, alternative files, and the script reader.
-#include "platform/cstring.h"
-#include "platform/file_system.h"
-#include "platform/resource_module.h"
+#include "platform/app/resource_module.h"
+#include "platform/files/file_system.h"
+#include "platform/strings/cstring.h"
 #include "resources/resource_guard.h"
 
 #include <algorithm>
@@ -18,7 +18,9 @@ int LineCount(const std::string& text) {
     return lines;
 }
 
-int Count(const std::string& text, char c) { return static_cast<int>(std::count(text.begin(), text.end(), c)); }
+int Count(const std::string& text, char c) {
+    return static_cast<int>(std::count(text.begin(), text.end(), c));
+}
 } // namespace
 
 TEST(TalvorRes, LineListsHaveTheLinesTheEngineReads) {
@@ -52,8 +54,8 @@ TEST(TalvorRes, NameErrorLinesCarryTheirInsertionMarks) {
         lines.push_back(errors.substr(start, end - start));
     lines.push_back(errors.substr(start));
     ASSERT_EQ(lines.size(), 9u);
-    EXPECT_EQ(Count(lines[4], '\t'), 2);  // control and event of a handler
-    EXPECT_EQ(Count(lines[5], '\t'), 1);  // name of a function
+    EXPECT_EQ(Count(lines[4], '\t'), 2); // control and event of a handler
+    EXPECT_EQ(Count(lines[5], '\t'), 1); // name of a function
 }
 
 TEST(TalvorRes, MissingIdGivesNothing) {
@@ -70,24 +72,23 @@ TEST(ResourceGuard, RestoresTheFormerSource) {
     {
         resources::ResourceGuard guard;
         EXPECT_NE(AfxGetResourceHandle(), before);
-        {
-            resources::ResourceGuard nested;
-        }
+        { resources::ResourceGuard nested; }
         EXPECT_EQ(AfxGetResourceHandle()->Name(), "TalvorRes");
     }
     EXPECT_EQ(AfxGetResourceHandle(), before);
     CString text;
-    EXPECT_FALSE(text.LoadString(8514));  // outside the guard the application's texts count
+    EXPECT_FALSE(text.LoadString(8514)); // outside the guard the application's texts count
 }
 
 TEST(ResourceGuard, AnotherLanguageFileReplacesTheTexts) {
     std::string path = ::testing::TempDir() + "talvor_res_" + std::to_string(::getpid()) + ".rc";
     std::string error;
-    ASSERT_TRUE(platform::WriteFileAtomically(path, "STRINGTABLE\nBEGIN\n 8512, \"Block verlassen\"\nEND\n", error));
+    ASSERT_TRUE(platform::WriteFileAtomically(
+        path, "STRINGTABLE\nBEGIN\n 8512, \"Block verlassen\"\nEND\n", error));
     resources::RegisterTalvorRes();
     ASSERT_TRUE(platform::LoadResourceModuleFile("TalvorRes", path, error)) << error;
     EXPECT_EQ(resources::LoadTalvorString(8512), "Block verlassen");
-    EXPECT_EQ(resources::LoadTalvorString(8514), "");  // the file has no such string
+    EXPECT_EQ(resources::LoadTalvorString(8514), ""); // the file has no such string
     platform::ResetResourceModule("TalvorRes");
     EXPECT_EQ(resources::LoadTalvorString(8512), "Leave the block");
     EXPECT_FALSE(platform::LoadResourceModuleFile("TalvorRes", path + ".missing", error));
@@ -97,19 +98,25 @@ namespace {
 struct ScriptCase {
     const char* what;
     const char* script;
-    const char* error;  // empty: must be read
+    const char* error; // empty: must be read
 };
 const ScriptCase Scripts[] = {
     {"escapes and doubled quotes", "STRINGTABLE { 1 \"a\\tb\\nc\"\"d\\\\\" }", ""},
-    {"defines and flags", "#define IDS_X 0x10\nSTRINGTABLE DISCARDABLE\nBEGIN\n IDS_X, \"x\"\nEND", ""},
+    {"defines and flags", "#define IDS_X 0x10\nSTRINGTABLE DISCARDABLE\nBEGIN\n IDS_X, \"x\"\nEND",
+     ""},
     {"comments", "// c\n/* block\n */ STRINGTABLE BEGIN 2 \"y\" // trailing\nEND", ""},
-    {"missing string", "STRINGTABLE\nBEGIN\n 5,\nEND", "resources: line 4: expected a string after id 5"},
-    {"unclosed string", "STRINGTABLE\nBEGIN\n 5 \"abc\nEND", "resources: line 3: string without closing quote"},
-    {"unknown symbol", "STRINGTABLE BEGIN IDS_NONE \"x\" END", "resources: line 1: unknown symbol 'IDS_NONE'"},
-    {"duplicate id", "STRINGTABLE BEGIN 7 \"a\"\n 7 \"b\" END", "resources: line 2: string id 7 is defined twice"},
+    {"missing string", "STRINGTABLE\nBEGIN\n 5,\nEND",
+     "resources: line 4: expected a string after id 5"},
+    {"unclosed string", "STRINGTABLE\nBEGIN\n 5 \"abc\nEND",
+     "resources: line 3: string without closing quote"},
+    {"unknown symbol", "STRINGTABLE BEGIN IDS_NONE \"x\" END",
+     "resources: line 1: unknown symbol 'IDS_NONE'"},
+    {"duplicate id", "STRINGTABLE BEGIN 7 \"a\"\n 7 \"b\" END",
+     "resources: line 2: string id 7 is defined twice"},
     {"no END", "STRINGTABLE BEGIN 7 \"a\"", "resources: line 1: STRINGTABLE without END"},
     {"unsupported block", "DIALOG 1", "resources: line 1: unsupported resource statement 'DIALOG'"},
-    {"id too large", "STRINGTABLE BEGIN 70000 \"a\" END", "resources: line 1: string id 70000 is above 65535"},
+    {"id too large", "STRINGTABLE BEGIN 70000 \"a\" END",
+     "resources: line 1: string id 70000 is above 65535"},
 };
 } // namespace
 

@@ -1,7 +1,7 @@
 // Corpus lookup for tests.
 #include "tests/support/corpus.h"
 
-#include "platform/file_system.h"
+#include "platform/files/file_system.h"
 
 #include <algorithm>
 #include <dirent.h>
@@ -10,7 +10,9 @@
 
 namespace talvor::testing {
 
-std::string CorpusDir() { return TALVOR_CORPUS_DIR; }
+std::string CorpusDir() {
+    return TALVOR_CORPUS_DIR;
+}
 
 std::vector<std::string> CorpusFiles(const std::string& folder) {
     std::vector<std::string> files;

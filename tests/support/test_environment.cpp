@@ -2,8 +2,8 @@
 // so no test reads or writes the user's profile and no message reaches the terminal.
 #include "tests/support/test_environment.h"
 
-#include "platform/code_page.h"
-#include "platform/message_box.h"
+#include "platform/app/message_box.h"
+#include "platform/codepage/code_page.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -45,8 +45,14 @@ const Registration registration;
 
 } // namespace
 
-const std::vector<std::string>& ShownMessages() { return Messages(); }
-void ClearShownMessages() { Messages().clear(); }
-platform::MemoryProfile& TestProfile() { return *CurrentProfile(); }
+const std::vector<std::string>& ShownMessages() {
+    return Messages();
+}
+void ClearShownMessages() {
+    Messages().clear();
+}
+platform::MemoryProfile& TestProfile() {
+    return *CurrentProfile();
+}
 
 } // namespace talvor::testing

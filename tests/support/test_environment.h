@@ -2,7 +2,7 @@
 // message boxes recorded instead of printed.
 #pragma once
 
-#include "platform/profile.h"
+#include "platform/app/profile.h"
 
 #include <string>
 #include <vector>

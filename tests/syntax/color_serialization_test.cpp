@@ -2,8 +2,8 @@
 // and a short archive that fails with the framework's exception.
 #include "tests/syntax/parser_harness.h"
 
-#include "platform/archive.h"
-#include "platform/file.h"
+#include "platform/files/archive.h"
+#include "platform/files/file.h"
 #include "tests/support/test_environment.h"
 
 #include <cstring>

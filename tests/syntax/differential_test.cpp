@@ -3,7 +3,7 @@
 #include "tests/syntax/parser_harness.h"
 #include "tests/syntax/reference_line_parser.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 #include "syntax/text_lines.h"
 #include "tests/support/corpus.h"
 #include "tests/support/test_environment.h"

@@ -7,8 +7,8 @@
 // prints that line with its text.
 #include "tests/syntax/parser_harness.h"
 
-#include "platform/code_page.h"
-#include "platform/file_system.h"
+#include "platform/codepage/code_page.h"
+#include "platform/files/file_system.h"
 #include "syntax/text_lines.h"
 #include "tests/support/corpus.h"
 #include "tests/support/test_environment.h"

@@ -2,7 +2,7 @@
 #include "syntax/detail/word_tests.h"
 #include "syntax/keyword_cache.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 
 #include <gtest/gtest.h>
 #include <random>
@@ -32,15 +32,17 @@ void ExpectSameAnswers(syntax::KeywordCache& cache, const CStringArray& keywords
 TEST(KeywordCache, AnswersAsTheBinarySearchOnSortedLists) {
     CStringArray lower = Words({" alias", "and", "dim", "dim", "end", "if", "then", "#if", "wend"});
     // sorted by exact comparison as the keyword store leaves it
-    CStringArray sorted = Words({" alias", "#if", "and", "dim", "dim", "end", "if", "then", "wend"});
+    CStringArray sorted =
+        Words({" alias", "#if", "and", "dim", "dim", "end", "if", "then", "wend"});
     syntax::KeywordCache cache;
-    const std::vector<std::string> probes = {"If", "IF", "if", "iff", "i", "Dim", "alias", " alias",
-                                             "#IF", "wend", "We", "", "x", "THEN", "then "};
+    const std::vector<std::string> probes = {"If",  "IF",    "if",     "iff",  "i",
+                                             "Dim", "alias", " alias", "#IF",  "wend",
+                                             "We",  "",      "x",      "THEN", "then "};
     ExpectSameAnswers(cache, sorted, false, probes);
     ExpectSameAnswers(cache, sorted, true, probes);
     EXPECT_TRUE(cache.Contains(sorted, false, "THEN"));
     EXPECT_FALSE(cache.Contains(sorted, true, "THEN"));
-    EXPECT_FALSE(cache.Contains(sorted, false, "alias"));  // the entry keeps its leading blank
+    EXPECT_FALSE(cache.Contains(sorted, false, "alias")); // the entry keeps its leading blank
     (void)lower;
 }
 
@@ -58,7 +60,7 @@ TEST(KeywordCache, FollowsChangesOfTheArray) {
     keywords.SetAt(1, "then");
     EXPECT_FALSE(cache.Contains(keywords, false, "If"));
     EXPECT_TRUE(cache.Contains(keywords, false, "Then"));
-    keywords[0] = "and";  // a non-const element access counts as a change too
+    keywords[0] = "and"; // a non-const element access counts as a change too
     EXPECT_TRUE(cache.Contains(keywords, false, "AND"));
     keywords.RemoveAll();
     EXPECT_FALSE(cache.Contains(keywords, false, "and"));
@@ -72,10 +74,17 @@ TEST(KeywordCache, FoldsWholeCharactersOfTheCodePage) {
     CStringArray latin = Words({"caf\xE9", "\xE9t\xE9"});
     EXPECT_TRUE(cache.Contains(latin, false, "CAF\xC9"));
     EXPECT_TRUE(cache.Contains(latin, false, "\xC9T\xC9"));
-    platform::SetSystemCodePage(65001);  // the same bytes are no characters in UTF-8
+    platform::SetSystemCodePage(65001); // the same bytes are no characters in UTF-8
     ExpectSameAnswers(cache, latin, false, {"CAF\xC9", "caf\xE9", "\xC9T\xC9"});
-    CStringArray utf8 = Words({"caf\xC3\xA9", "stra\xC3\x9F" "e"});
-    ExpectSameAnswers(cache, utf8, false, {"CAF\xC3\x89", "Stra\xC3\x9F" "E", "stra\xC3\x9F" "e", "caf"});
+    CStringArray utf8 = Words({"caf\xC3\xA9", "stra\xC3\x9F"
+                                              "e"});
+    ExpectSameAnswers(cache, utf8, false,
+                      {"CAF\xC3\x89",
+                       "Stra\xC3\x9F"
+                       "E",
+                       "stra\xC3\x9F"
+                       "e",
+                       "caf"});
     EXPECT_TRUE(cache.Contains(utf8, false, "CAF\xC3\x89"));
 }
 
@@ -94,7 +103,7 @@ TEST(KeywordCache, RandomListsAndWords) {
             CStringArray keywords;
             for (int n = random() % 12; n > 0; --n)
                 keywords.Add(word().c_str());
-            if (round % 2 == 0) {  // sorted the way the store sorts a list that ignores case
+            if (round % 2 == 0) { // sorted the way the store sorts a list that ignores case
                 std::vector<std::string> items;
                 for (const CString& k : keywords) {
                     std::string lower = k.Str();

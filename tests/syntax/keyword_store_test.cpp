@@ -2,7 +2,7 @@
 // loading with profile override and case folding, the insertion sort, and the binary search.
 #include "tests/syntax/parser_harness.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 #include "tests/support/test_environment.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // numbers, keywords, multi-byte characters and the run-list bound.
 #include "tests/syntax/parser_harness.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 #include "tests/support/test_environment.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 // and whole-file colouring with cookies carried as the editor carries them.
 #pragma once
 
-#include "platform/profile.h"
+#include "platform/app/profile.h"
 #include "syntax/line_cookie.h"
 #include "syntax/styled_line.h"
 #include "syntax/syntax.h"

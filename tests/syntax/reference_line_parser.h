@@ -3,7 +3,7 @@
 // same runs and cookie for any line, cookie and rule set; tests and the fuzz target compare them.
 #pragma once
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 #include "syntax/syntax.h"
 
 #include <cstring>

@@ -2,7 +2,7 @@
 // miss and on a failure, the message box, and the counting of characters of the wide form.
 #include "text/regular_expressions.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 #include "tests/support/test_environment.h"
 
 #include <gtest/gtest.h>

@@ -19,7 +19,8 @@ using talvor::testing::ToolRun;
 
 ToolRun Talvor(const std::string& arguments, const std::string& configHome = "no-such-config") {
     // An empty configuration folder: no profile of this machine changes rules or keywords.
-    return talvor::testing::RunTalvor(arguments, "XDG_CONFIG_HOME=" + ::testing::TempDir() + configHome);
+    return talvor::testing::RunTalvor(arguments,
+                                      "XDG_CONFIG_HOME=" + ::testing::TempDir() + configHome);
 }
 
 std::string ReadFile(const std::string& path) {
@@ -41,9 +42,11 @@ std::string TextForm(const std::string& golden, const std::string& source) {
     std::size_t lineIndex = 0, pos = 0;
     while (pos < golden.size()) {
         const std::size_t end = golden.find('\n', pos);
-        const std::string_view styled(golden.data() + pos, (end == std::string::npos ? golden.size() : end) - pos);
+        const std::string_view styled(golden.data() + pos,
+                                      (end == std::string::npos ? golden.size() : end) - pos);
         pos = end == std::string::npos ? golden.size() : end + 1;
-        const std::string_view text = lineIndex < lines.size() ? lines[lineIndex] : std::string_view();
+        const std::string_view text =
+            lineIndex < lines.size() ? lines[lineIndex] : std::string_view();
         ++lineIndex;
         out.append(styled.substr(0, 3));
         std::size_t used = 0;

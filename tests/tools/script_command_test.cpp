@@ -1,8 +1,8 @@
 // talvor script on the sample order form: parse, regen, tree and op as a user runs them.
 #include "tests/support/tool_run.h"
 
-#include <gtest/gtest.h>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <string>
 
 namespace {
@@ -47,7 +47,7 @@ TEST(ScriptCommand, TreeAndOpWorkOnOneProcedure) {
         Script("op " + Form + " " + Sample + " cmdCancel_Click insert-before 0 \"If (a) Then\"");
     EXPECT_EQ(op.exitCode, 0);
     EXPECT_NE(op.out.find(">   0  If (a) Then\n    1  Else\n    2  End If\n    3  Call "
-                             "ClearOrder()\nselected: 0"),
+                          "ClearOrder()\nselected: 0"),
               std::string::npos)
         << op.out;
 }

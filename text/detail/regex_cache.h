@@ -2,7 +2,7 @@
 // flag so that a pattern asked again (a keyword tested on every line) is not compiled again.
 #pragma once
 
-#include "platform/regexp_engine.h"
+#include "platform/regex/regex_engine.h"
 
 #include <cstddef>
 #include <list>

@@ -1,7 +1,7 @@
 // Which colouring language a file name suggests, by its extension.
 #pragma once
 
-#include "platform/win_types.h"
+#include "platform/core/win_types.h"
 
 #include <string>
 

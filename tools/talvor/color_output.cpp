@@ -2,7 +2,7 @@
 // next run's start (the last one to the line's end), and empty runs show nothing.
 #include "tools/talvor/color_output.h"
 
-#include "platform/code_page.h"
+#include "platform/codepage/code_page.h"
 
 #include <array>
 #include <cstdint>

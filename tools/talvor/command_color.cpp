@@ -2,7 +2,7 @@
 // cookie across hard line ends as the editor does, and prints marks, ANSI colours or HTML.
 #include "tools/talvor/commands.h"
 
-#include "platform/file_system.h"
+#include "platform/files/file_system.h"
 #include "syntax/line_cookie.h"
 #include "syntax/syntax.h"
 #include "syntax/text_lines.h"

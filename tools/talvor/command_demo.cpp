@@ -2,7 +2,7 @@
 // what the library does. Each step says which command it runs, so a user can repeat it.
 #include "tools/talvor/commands.h"
 
-#include "platform/file_system.h"
+#include "platform/files/file_system.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -3,7 +3,7 @@
 #include "tools/talvor/commands.h"
 
 #include "engine/script_text_disposal.h"
-#include "platform/file_system.h"
+#include "platform/files/file_system.h"
 #include "tools/talvor/script_session.h"
 
 #include <nlohmann/json.hpp>

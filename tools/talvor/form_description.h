@@ -4,7 +4,7 @@
 #pragma once
 
 #include "host/ole/interface_info.h"
-#include "platform/arrays.h"
+#include "platform/strings/arrays.h"
 
 #include <memory>
 #include <string>

@@ -1,8 +1,8 @@
 // talvor: the command line face of the library, one subcommand per subsystem.
 #include "tools/talvor/commands.h"
 
-#include "platform/code_page.h"
-#include "platform/resource_module.h"
+#include "platform/app/resource_module.h"
+#include "platform/codepage/code_page.h"
 #include "resources/resource_guard.h"
 
 #include <cstdio>

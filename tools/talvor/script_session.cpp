@@ -1,8 +1,8 @@
 // Loading a form and its script for the script subcommands.
 #include "tools/talvor/script_session.h"
 
-#include "platform/code_page.h"
-#include "platform/file_system.h"
+#include "platform/codepage/code_page.h"
+#include "platform/files/file_system.h"
 
 namespace talvor::tool {
 namespace {

@@ -1,0 +1,65 @@
+// Resource modules: string tables (and later menus, tool bars, icon sets) by numeric id, read
+// from Windows resource-script text. A module is found by name the way the framework finds a
+// resource library; the current resource source is what LoadString and friends read.
+#pragma once
+
+#include "platform/core/win_types.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace talvor::platform {
+
+class ResourceModule {
+public:
+    explicit ResourceModule(std::string name) : m_name(std::move(name)) {}
+    const std::string& Name() const { return m_name; }
+
+    // False, with text untouched, when the module has no string of that id.
+    bool FindString(UINT id, std::string& text) const;
+    // False when the id is already taken; the module keeps the first text.
+    bool AddString(UINT id, std::string text);
+    std::size_t StringCount() const { return m_strings.size(); }
+    const std::map<UINT, std::string>& Strings() const { return m_strings; }
+
+private:
+    std::string m_name;
+    std::map<UINT, std::string> m_strings;
+};
+
+// Reads resource-script text into module: comments, #define, #include and #pragma lines,
+// LANGUAGE statements, and STRINGTABLE blocks of `id, "text"` lines (ids as numbers or
+// #define names; escapes \n \t \r \\ \" \a \xhh \ooo and "" for a quote). False with a
+// message "resources: line N: ..." in error at the first fault; the module then holds what
+// was read before it.
+bool ParseResourceScript(std::string_view script, ResourceModule& module, std::string& error);
+
+// Makes module findable under its name (replacing a module of that name).
+void RegisterResourceModule(std::shared_ptr<ResourceModule> module);
+// Registers a maker that builds the module of that name on its first load.
+void RegisterResourceProvider(const std::string& name,
+                              std::function<std::shared_ptr<ResourceModule>()> provider);
+// Replaces the module of that name with one read from a resource-script file: how a second
+// language is put in place at run time. False with a message when the file can't be read.
+bool LoadResourceModuleFile(const std::string& name, const std::string& path, std::string& error);
+// Forgets a file override or registration, so the provider builds the module again.
+void ResetResourceModule(const std::string& name);
+
+} // namespace talvor::platform
+
+using HINSTANCE = talvor::platform::ResourceModule*;
+
+// The current resource source (a module of the application itself, empty unless the host
+// fills it, until something selects another).
+HINSTANCE AfxGetResourceHandle();
+void AfxSetResourceHandle(HINSTANCE module);
+// The module of that name ("TalvorRes" or "TalvorRes.dll" alike), or null when there is none.
+// A name that is no registered module but a readable resource-script file is loaded from it.
+HINSTANCE AfxLoadLibrary(const char* name);
+BOOL AfxFreeLibrary(HINSTANCE module);
+// Copies string id of module (of the current source when null) into buffer, cut to fit;
+// returns the length copied, 0 when there is no such string.
+int LoadStringA(HINSTANCE module, UINT id, char* buffer, int bufferSize);

@@ -1,0 +1,340 @@
+// Reader for Windows resource-script text: the preprocessor lines the library's scripts use
+// and STRINGTABLE blocks. One tokenizer walks the text; every fault names its line.
+#include "platform/app/resource_module.h"
+
+#include <cctype>
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <map>
+#include <optional>
+
+namespace talvor::platform {
+namespace {
+
+enum class TokenKind { End, Word, Number, String, Comma, Open, Close, Other };
+
+struct Token {
+    TokenKind kind = TokenKind::End;
+    std::string text; // word, decoded string, or the character
+    std::uint64_t number = 0;
+    int line = 1;
+};
+
+class ScriptReader {
+public:
+    ScriptReader(std::string_view script, ResourceModule& module, std::string& error)
+        : m_text(script), m_module(module), m_error(error) {}
+
+    bool Read() {
+        for (;;) {
+            Token token;
+            if (!Next(token))
+                return false;
+            if (token.kind == TokenKind::End)
+                return true;
+            if (token.kind != TokenKind::Word)
+                return Fail(token.line, "unexpected '" + token.text + "' at top level");
+            if (Upper(token.text) == "STRINGTABLE") {
+                if (!ReadStringTable())
+                    return false;
+            } else if (Upper(token.text) == "LANGUAGE") {
+                if (!SkipStatement(token.line))
+                    return false;
+            } else {
+                return Fail(token.line, "unsupported resource statement '" + token.text + "'");
+            }
+        }
+    }
+
+private:
+    static std::string Upper(std::string s) {
+        for (char& c : s)
+            c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        return s;
+    }
+
+    bool Fail(int line, const std::string& what) {
+        m_error = "resources: line " + std::to_string(line) + ": " + what;
+        return false;
+    }
+
+    // LANGUAGE x, y: two values separated by a comma.
+    bool SkipStatement(int line) {
+        Token a, comma, b;
+        if (!Next(a) || !Next(comma) || !Next(b))
+            return false;
+        if (comma.kind != TokenKind::Comma)
+            return Fail(line, "LANGUAGE needs two values separated by a comma");
+        return true;
+    }
+
+    bool ReadStringTable() {
+        Token token;
+        // Optional memory flags (DISCARDABLE, PRELOAD, ...) stand before BEGIN.
+        for (;;) {
+            if (!Next(token))
+                return false;
+            if (token.kind == TokenKind::Open)
+                break;
+            if (token.kind != TokenKind::Word)
+                return Fail(token.line, "expected BEGIN after STRINGTABLE");
+        }
+        for (;;) {
+            if (!Next(token))
+                return false;
+            if (token.kind == TokenKind::Close)
+                return true;
+            if (token.kind == TokenKind::End)
+                return Fail(token.line, "STRINGTABLE without END");
+            std::optional<UINT> id = IdOf(token);
+            if (!id)
+                return false;
+            int idLine = token.line;
+            if (!Next(token))
+                return false;
+            if (token.kind == TokenKind::Comma && !Next(token))
+                return false;
+            if (token.kind != TokenKind::String)
+                return Fail(token.line, "expected a string after id " + std::to_string(*id));
+            if (!m_module.AddString(*id, token.text))
+                return Fail(idLine, "string id " + std::to_string(*id) + " is defined twice");
+        }
+    }
+
+    std::optional<UINT> IdOf(const Token& token) {
+        if (token.kind == TokenKind::Number) {
+            if (token.number > 0xFFFF) {
+                Fail(token.line, "string id " + std::to_string(token.number) + " is above 65535");
+                return std::nullopt;
+            }
+            return static_cast<UINT>(token.number);
+        }
+        if (token.kind == TokenKind::Word) {
+            auto found = m_defines.find(token.text);
+            if (found != m_defines.end())
+                return found->second;
+            Fail(token.line, "unknown symbol '" + token.text + "'");
+            return std::nullopt;
+        }
+        Fail(token.line, "expected a string id, found '" + token.text + "'");
+        return std::nullopt;
+    }
+
+    void SkipToLineEnd() {
+        while (m_pos < m_text.size() && m_text[m_pos] != '\n')
+            ++m_pos;
+    }
+
+    // A preprocessor line: #define NAME value is kept, the others are passed over.
+    bool Directive() {
+        std::size_t start = m_pos;
+        SkipToLineEnd();
+        std::string_view line = m_text.substr(start, m_pos - start);
+        std::size_t p = 1;
+        auto skipBlanks = [&] {
+            while (p < line.size() && (line[p] == ' ' || line[p] == '\t'))
+                ++p;
+        };
+        auto word = [&] {
+            std::size_t s = p;
+            while (p < line.size() && !std::isspace(static_cast<unsigned char>(line[p])))
+                ++p;
+            return std::string(line.substr(s, p - s));
+        };
+        skipBlanks();
+        std::string directive = word();
+        if (directive != "define")
+            return true;
+        skipBlanks();
+        std::string name = word();
+        skipBlanks();
+        std::string value = word();
+        if (name.empty() || value.empty())
+            return Fail(m_line, "#define needs a name and a value");
+        char* end = nullptr;
+        unsigned long long number = std::strtoull(value.c_str(), &end, 0);
+        if (end == value.c_str() || *end != '\0' || number > 0xFFFF)
+            return Fail(m_line, "#define " + name + " needs a number up to 65535");
+        m_defines[name] = static_cast<UINT>(number);
+        return true;
+    }
+
+    bool ReadString(Token& token) {
+        ++m_pos; // opening quote
+        for (;;) {
+            if (m_pos >= m_text.size())
+                return Fail(token.line, "string without closing quote");
+            char c = m_text[m_pos++];
+            if (c == '\n')
+                return Fail(token.line, "string without closing quote");
+            if (c == '"') {
+                if (m_pos < m_text.size() && m_text[m_pos] == '"') { // "" is one quote
+                    token.text.push_back('"');
+                    ++m_pos;
+                    continue;
+                }
+                return true;
+            }
+            if (c != '\\') {
+                token.text.push_back(c);
+                continue;
+            }
+            if (m_pos >= m_text.size())
+                return Fail(token.line, "string without closing quote");
+            char e = m_text[m_pos++];
+            switch (e) {
+            case 'n':
+                token.text.push_back('\n');
+                break;
+            case 't':
+                token.text.push_back('\t');
+                break;
+            case 'r':
+                token.text.push_back('\r');
+                break;
+            case 'a':
+                token.text.push_back('\a');
+                break;
+            case '\\':
+                token.text.push_back('\\');
+                break;
+            case '"':
+                token.text.push_back('"');
+                break;
+            case 'x': {
+                int value = 0, digits = 0;
+                while (digits < 2 && m_pos < m_text.size() &&
+                       std::isxdigit(static_cast<unsigned char>(m_text[m_pos]))) {
+                    char h = m_text[m_pos++];
+                    value =
+                        value * 16 + (std::isdigit(static_cast<unsigned char>(h))
+                                          ? h - '0'
+                                          : std::tolower(static_cast<unsigned char>(h)) - 'a' + 10);
+                    ++digits;
+                }
+                if (digits == 0)
+                    return Fail(token.line, "\\x without hexadecimal digits");
+                token.text.push_back(static_cast<char>(value));
+                break;
+            }
+            default:
+                if (e >= '0' && e <= '7') {
+                    int value = e - '0', digits = 1;
+                    while (digits < 3 && m_pos < m_text.size() && m_text[m_pos] >= '0' &&
+                           m_text[m_pos] <= '7') {
+                        value = value * 8 + (m_text[m_pos++] - '0');
+                        ++digits;
+                    }
+                    token.text.push_back(static_cast<char>(value & 0xFF));
+                } else {
+                    token.text.push_back('\\'); // unknown escapes stay as written
+                    token.text.push_back(e);
+                }
+            }
+        }
+    }
+
+    bool Next(Token& token) {
+        token = Token();
+        for (;;) {
+            while (m_pos < m_text.size() &&
+                   std::isspace(static_cast<unsigned char>(m_text[m_pos]))) {
+                if (m_text[m_pos] == '\n') {
+                    ++m_line;
+                    m_lineStart = true;
+                }
+                ++m_pos;
+            }
+            token.line = m_line;
+            if (m_pos >= m_text.size())
+                return true;
+            char c = m_text[m_pos];
+            if (c == '/' && m_pos + 1 < m_text.size() && m_text[m_pos + 1] == '/') {
+                SkipToLineEnd();
+                continue;
+            }
+            if (c == '/' && m_pos + 1 < m_text.size() && m_text[m_pos + 1] == '*') {
+                std::size_t close = m_text.find("*/", m_pos + 2);
+                if (close == std::string_view::npos)
+                    return Fail(m_line, "comment without closing */");
+                for (std::size_t i = m_pos; i < close; ++i)
+                    if (m_text[i] == '\n')
+                        ++m_line;
+                m_pos = close + 2;
+                continue;
+            }
+            if (c == '#' && m_lineStart) {
+                if (!Directive())
+                    return false;
+                continue;
+            }
+            break;
+        }
+        m_lineStart = false;
+        char c = m_text[m_pos];
+        if (c == '"') {
+            token.kind = TokenKind::String;
+            return ReadString(token);
+        }
+        if (c == ',' || c == '{' || c == '}') {
+            token.kind =
+                c == ',' ? TokenKind::Comma : (c == '{' ? TokenKind::Open : TokenKind::Close);
+            token.text = std::string(1, c);
+            ++m_pos;
+            return true;
+        }
+        if (std::isdigit(static_cast<unsigned char>(c))) {
+            std::size_t start = m_pos;
+            while (m_pos < m_text.size() && std::isalnum(static_cast<unsigned char>(m_text[m_pos])))
+                ++m_pos;
+            token.text = std::string(m_text.substr(start, m_pos - start));
+            std::string digits = token.text;
+            if (!digits.empty() && (digits.back() == 'L' || digits.back() == 'l'))
+                digits.pop_back();
+            char* end = nullptr;
+            errno = 0;
+            token.number = std::strtoull(digits.c_str(), &end, 0);
+            if (end == digits.c_str() || *end != '\0' || errno == ERANGE)
+                return Fail(token.line, "bad number '" + token.text + "'");
+            token.kind = TokenKind::Number;
+            return true;
+        }
+        if (std::isalpha(static_cast<unsigned char>(c)) || c == '_') {
+            std::size_t start = m_pos;
+            while (
+                m_pos < m_text.size() &&
+                (std::isalnum(static_cast<unsigned char>(m_text[m_pos])) || m_text[m_pos] == '_'))
+                ++m_pos;
+            token.text = std::string(m_text.substr(start, m_pos - start));
+            std::string upper = Upper(token.text);
+            if (upper == "BEGIN")
+                token.kind = TokenKind::Open;
+            else if (upper == "END")
+                token.kind = TokenKind::Close;
+            else
+                token.kind = TokenKind::Word;
+            return true;
+        }
+        token.kind = TokenKind::Other;
+        token.text = std::string(1, c);
+        ++m_pos;
+        return true;
+    }
+
+    std::string_view m_text;
+    ResourceModule& m_module;
+    std::string& m_error;
+    std::size_t m_pos = 0;
+    int m_line = 1;
+    bool m_lineStart = true;
+    std::map<std::string, UINT> m_defines;
+};
+
+} // namespace
+
+bool ParseResourceScript(std::string_view script, ResourceModule& module, std::string& error) {
+    return ScriptReader(script, module, error).Read();
+}
+
+} // namespace talvor::platform

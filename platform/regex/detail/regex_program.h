@@ -1,0 +1,56 @@
+// A compiled pattern and the scratch state that matching needs. The PCRE2 types are named
+// only by their forward declarations, so no file outside platform/ sees <pcre2.h>.
+#pragma once
+
+#include "platform/regex/regex_engine.h"
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+struct pcre2_real_code_16;
+struct pcre2_real_match_data_16;
+struct pcre2_real_match_context_16;
+struct pcre2_real_jit_stack_16;
+
+namespace talvor::platform {
+
+// Immutable once built, so one compiled pattern may serve any number of engine objects.
+class CompiledRegExp {
+public:
+    CompiledRegExp(pcre2_real_code_16* code, int captureCount)
+        : m_code(code), m_captureCount(captureCount) {}
+    ~CompiledRegExp();
+    CompiledRegExp(const CompiledRegExp&) = delete;
+    CompiledRegExp& operator=(const CompiledRegExp&) = delete;
+
+    int CaptureCount() const { return m_captureCount; }
+    const pcre2_real_code_16* Code() const { return m_code; }
+
+private:
+    pcre2_real_code_16* m_code;
+    int m_captureCount;
+};
+
+// Limits, stack and match data for matching; one per engine object.
+class RegExpMatchState {
+public:
+    RegExpMatchState();
+    ~RegExpMatchState();
+    RegExpMatchState(const RegExpMatchState&) = delete;
+    RegExpMatchState& operator=(const RegExpMatchState&) = delete;
+
+    // The leftmost match that starts at or after start. S_OK with found set; for a match,
+    // groups gets CaptureCount() + 1 pairs of start and end (the whole match first), -1 for a
+    // group that took no part. A match over the backtracking limit gives RegExpOutOfStack.
+    HRESULT Find(const CompiledRegExp& compiled, std::u16string_view text, std::size_t start,
+                 bool& found, std::vector<std::ptrdiff_t>& groups);
+
+private:
+    pcre2_real_match_context_16* m_context = nullptr;
+    pcre2_real_jit_stack_16* m_jitStack = nullptr;
+    pcre2_real_match_data_16* m_data = nullptr;
+    int m_dataPairs = 0;
+};
+
+} // namespace talvor::platform
