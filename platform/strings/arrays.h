@@ -14,10 +14,11 @@ template <class TYPE, class ARG_TYPE = const TYPE&> class CArray {
 public:
     CArray() = default;
     virtual ~CArray() = default;
-    CArray(const CArray& other) : m_data(other.m_data), m_growBy(other.m_growBy) {}
+    CArray(const CArray& other) : m_data(other.begin(), other.end()), m_growBy(other.m_growBy) {}
     CArray& operator=(const CArray& other) {
         if (this != &other) {
-            m_data = other.m_data;
+            m_data.assign(other.begin(), other.end());
+            m_front = 0;
             m_growBy = other.m_growBy;
             Touch();
         }
@@ -29,10 +30,10 @@ public:
     // what it worked out of the array until the array changes.
     std::uint64_t GetVersion() const { return m_version; }
 
-    INT_PTR GetSize() const { return static_cast<INT_PTR>(m_data.size()); }
+    INT_PTR GetSize() const { return static_cast<INT_PTR>(m_data.size() - m_front); }
     INT_PTR GetCount() const { return GetSize(); }
     INT_PTR GetUpperBound() const { return GetSize() - 1; }
-    bool IsEmpty() const { return m_data.empty(); }
+    bool IsEmpty() const { return GetSize() == 0; }
 
     // Sets the size; new elements are value-initialised. growBy -1 keeps the growth setting,
     // so emptying an array with SetSize(0) or RemoveAll keeps it.
@@ -42,25 +43,27 @@ public:
         if (newSize < 0)
             newSize = 0;
         Touch();
+        Compact();
         m_data.resize(static_cast<std::size_t>(newSize));
     }
     INT_PTR GetGrowBy() const { return m_growBy; }
     void FreeExtra() {
         Touch();
+        Compact();
         m_data.shrink_to_fit();
     }
     void RemoveAll() { SetSize(0, -1); }
 
     const TYPE& GetAt(INT_PTR index) const {
         assert(Valid(index) && "CArray::GetAt: index out of range");
-        return Valid(index) ? m_data[static_cast<std::size_t>(index)] : Fallback();
+        return Valid(index) ? Slot(index) : Fallback();
     }
     TYPE& GetAt(INT_PTR index) { return ElementAt(index); }
     void SetAt(INT_PTR index, ARG_TYPE element) {
         Touch();
         assert(Valid(index) && "CArray::SetAt: index out of range");
         if (Valid(index))
-            m_data[static_cast<std::size_t>(index)] = element;
+            Slot(index) = element;
     }
     TYPE& ElementAt(INT_PTR index) {
         Touch();
@@ -69,15 +72,15 @@ public:
             m_scratch = TYPE();
             return m_scratch;
         }
-        return m_data[static_cast<std::size_t>(index)];
+        return Slot(index);
     }
     const TYPE& operator[](INT_PTR index) const { return GetAt(index); }
     TYPE& operator[](INT_PTR index) { return ElementAt(index); }
 
-    const TYPE* GetData() const { return m_data.data(); }
+    const TYPE* GetData() const { return m_data.data() + m_front; }
     TYPE* GetData() {
         Touch();
-        return m_data.data();
+        return m_data.data() + m_front;
     }
 
     // Grows the array as needed so that index exists; a negative index is ignored.
@@ -87,11 +90,12 @@ public:
         Touch();
         if (index >= GetSize()) {
             TYPE copy = element; // element may refer into the array
+            Compact();
             m_data.resize(static_cast<std::size_t>(index) + 1);
             m_data[static_cast<std::size_t>(index)] = copy;
             return;
         }
-        m_data[static_cast<std::size_t>(index)] = element;
+        Slot(index) = element;
     }
     INT_PTR Add(ARG_TYPE element) {
         Touch();
@@ -100,14 +104,16 @@ public:
     }
     INT_PTR Append(const CArray& other) {
         INT_PTR old = GetSize();
+        std::vector<TYPE> copy(other.begin(), other.end()); // other may be this array
         Touch();
-        m_data.insert(m_data.end(), other.m_data.begin(), other.m_data.end());
+        m_data.insert(m_data.end(), copy.begin(), copy.end());
         return old;
     }
     void Copy(const CArray& other) {
         if (this != &other) {
             Touch();
-            m_data = other.m_data;
+            m_data.assign(other.begin(), other.end());
+            m_front = 0;
         }
     }
 
@@ -117,6 +123,7 @@ public:
             return;
         TYPE copy = element;
         Touch();
+        Compact();
         if (index >= GetSize())
             m_data.resize(static_cast<std::size_t>(index));
         m_data.insert(m_data.begin() + index, static_cast<std::size_t>(count), copy);
@@ -124,8 +131,9 @@ public:
     void InsertAt(INT_PTR startIndex, const CArray* other) {
         if (other == nullptr || startIndex < 0)
             return;
-        std::vector<TYPE> copy = other->m_data;
+        std::vector<TYPE> copy(other->begin(), other->end());
         Touch();
+        Compact();
         if (startIndex > GetSize())
             m_data.resize(static_cast<std::size_t>(startIndex));
         m_data.insert(m_data.begin() + startIndex, copy.begin(), copy.end());
@@ -138,29 +146,52 @@ public:
             return;
         INT_PTR end = index + count > GetSize() ? GetSize() : index + count;
         Touch();
-        m_data.erase(m_data.begin() + index, m_data.begin() + end);
+        if (index == 0) {
+            // Removing from the front only moves the start, so taking the first element and
+            // appending it again (a move-to-back cache) costs no shift of the rest.
+            for (INT_PTR i = 0; i < end; ++i)
+                Slot(i) = TYPE();
+            m_front += static_cast<std::size_t>(end);
+            if (m_front > m_data.size() / 2)
+                Compact();
+            return;
+        }
+        m_data.erase(m_data.begin() + static_cast<std::ptrdiff_t>(m_front) + index,
+                     m_data.begin() + static_cast<std::ptrdiff_t>(m_front) + end);
     }
 
     auto begin() {
         Touch();
-        return m_data.begin();
+        return m_data.begin() + static_cast<std::ptrdiff_t>(m_front);
     }
     auto end() {
         Touch();
         return m_data.end();
     }
-    auto begin() const { return m_data.begin(); }
+    auto begin() const { return m_data.begin() + static_cast<std::ptrdiff_t>(m_front); }
     auto end() const { return m_data.end(); }
 
 private:
     void Touch() { ++m_version; }
+    TYPE& Slot(INT_PTR index) { return m_data[m_front + static_cast<std::size_t>(index)]; }
+    const TYPE& Slot(INT_PTR index) const {
+        return m_data[m_front + static_cast<std::size_t>(index)];
+    }
+    // Drops the removed elements in front, so the elements start at m_data[0] again.
+    void Compact() {
+        if (m_front == 0)
+            return;
+        m_data.erase(m_data.begin(), m_data.begin() + static_cast<std::ptrdiff_t>(m_front));
+        m_front = 0;
+    }
     bool Valid(INT_PTR index) const { return index >= 0 && index < GetSize(); }
     static const TYPE& Fallback() {
         static const TYPE value{};
         return value;
     }
 
-    std::vector<TYPE> m_data;
+    std::vector<TYPE> m_data; // the elements are m_data[m_front] onwards
+    std::size_t m_front = 0;
     INT_PTR m_growBy = 0;
     std::uint64_t m_version = 0;
     TYPE m_scratch{};

@@ -8,9 +8,6 @@ int RunRender(const Args&) {
 int RunTypelib(const Args&) {
     return NotAvailable("typelib");
 }
-int RunAlias(const Args&) {
-    return NotAvailable("alias");
-}
 int RunCommands(const Args&) {
     return NotAvailable("commands");
 }

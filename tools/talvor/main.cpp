@@ -25,7 +25,7 @@ const Command Commands[] = {
     {"color", RunColor, "FILE [--language NAME|--code N] [--html|--ansi]: colour source text"},
     {"render", RunRender, "paint an editor view of a file to PNG"},
     {"typelib", RunTypelib, "dump|props: describe a type library or PE file"},
-    {"alias", RunAlias, "get|set|fill|normalize: per-control alias files"},
+    {"alias", RunAlias, "get|set|fill|normalize|list|languages: per-control alias files"},
     {"commands", RunCommands, "dump|reset|save|load|copy: command-bar designs"},
     {"undo", RunUndo, "snapshot history of a design"},
 };
