@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/codepage/code_page.h"
+#include "platform/codepage/mbs_functions.h"
 #include "platform/strings/cstring.h"
 
 #include <cstring>
