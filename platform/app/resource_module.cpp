@@ -1,6 +1,8 @@
 // Registry of resource modules by name and the current resource source.
 #include "platform/app/resource_module.h"
 
+#include "platform/app/resource_script.h"
+
 #include "platform/files/file_system.h"
 #include "platform/strings/cstring.h"
 
@@ -73,14 +75,9 @@ void RegisterResourceProvider(const std::string& name,
 }
 
 bool LoadResourceModuleFile(const std::string& name, const std::string& path, std::string& error) {
-    std::string text;
-    if (!ReadWholeFile(path, text, error))
-        return false;
     auto module = std::make_shared<ResourceModule>(name);
-    if (!ParseResourceScript(text, *module, error)) {
-        error = path + ": " + error;
+    if (!ParseResourceScriptFile(path, *module, error))
         return false;
-    }
     auto found = TheRegistry().modules.find(KeyOf(name));
     if (found != TheRegistry().modules.end())
         Retire(found->second);
