@@ -3,6 +3,7 @@
 
 #include "platform/app/resource_script.h"
 
+#include "platform/core/ascii.h"
 #include "platform/files/file_system.h"
 #include "platform/strings/cstring.h"
 
@@ -29,8 +30,8 @@ std::string KeyOf(std::string_view name) {
     std::string key(name);
     if (key.size() > 4 && strcasecmp(key.c_str() + key.size() - 4, ".dll") == 0)
         key.resize(key.size() - 4);
-    std::transform(key.begin(), key.end(), key.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    for (char& c : key)
+        c = AsciiLower(c);
     return key;
 }
 

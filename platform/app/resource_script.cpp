@@ -3,6 +3,7 @@
 // included file it is in.
 #include "platform/app/resource_script.h"
 
+#include "platform/core/ascii.h"
 #include "platform/files/file_system.h"
 
 #include <cctype>
@@ -90,7 +91,7 @@ public:
 private:
     static std::string Upper(std::string s) {
         for (char& c : s)
-            c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+            c = AsciiUpper(c);
         return s;
     }
 
@@ -276,13 +277,8 @@ private:
                 break;
             case 'x': {
                 int value = 0, digits = 0;
-                while (digits < 2 && m_pos < m_text.size() &&
-                       std::isxdigit(static_cast<unsigned char>(m_text[m_pos]))) {
-                    char h = m_text[m_pos++];
-                    value =
-                        value * 16 + (std::isdigit(static_cast<unsigned char>(h))
-                                          ? h - '0'
-                                          : std::tolower(static_cast<unsigned char>(h)) - 'a' + 10);
+                while (digits < 2 && m_pos < m_text.size() && HexDigitValue(m_text[m_pos]) >= 0) {
+                    value = value * 16 + HexDigitValue(m_text[m_pos++]);
                     ++digits;
                 }
                 if (digits == 0)

@@ -6,6 +6,7 @@
 #include "platform/codepage/detail/page_table.h"
 #include "platform/codepage/detail/single_byte_pages.h"
 #include "platform/codepage/detail/utf8.h"
+#include "platform/core/ascii.h"
 
 #include <cstring>
 
@@ -21,13 +22,6 @@ using detail::MapCodePoint;
 using detail::PageInfo;
 using detail::PageKind;
 using detail::Utf8SequenceLength;
-
-unsigned char AsciiLower(unsigned char b) {
-    return (b >= 'A' && b <= 'Z') ? b + 0x20 : b;
-}
-unsigned char AsciiUpper(unsigned char b) {
-    return (b >= 'a' && b <= 'z') ? b - 0x20 : b;
-}
 
 // Folds the character at pos to the form that case-insensitive comparison uses, writing its
 // bytes to out; returns the number of source bytes it took.

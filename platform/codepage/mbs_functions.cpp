@@ -1,6 +1,7 @@
 // The runtime library's multi-byte string functions over the system code page.
 #include "platform/codepage/mbs_functions.h"
 
+#include "platform/codepage/char_set.h"
 #include "platform/codepage/code_page.h"
 
 #include <cstring>
@@ -12,15 +13,6 @@ using talvor::platform::CharLengthAt;
 namespace {
 std::string_view View(const unsigned char* s) {
     return s == nullptr ? std::string_view() : std::string_view(reinterpret_cast<const char*>(s));
-}
-
-bool CharInSet(std::string_view text, std::size_t pos, std::size_t n, std::string_view set) {
-    for (std::size_t k = 0; k < set.size(); k += CharLengthAt(set, k)) {
-        std::size_t m = CharLengthAt(set, k);
-        if (m == n && std::memcmp(set.data() + k, text.data() + pos, n) == 0)
-            return true;
-    }
-    return false;
 }
 } // namespace
 
@@ -78,25 +70,11 @@ unsigned char* _mbsinc(const unsigned char* text) {
 }
 
 std::size_t _mbsspn(const unsigned char* text, const unsigned char* set) {
-    std::string_view view = View(text), chars = View(set);
-    std::size_t pos = 0;
-    while (pos < view.size()) {
-        std::size_t n = CharLengthAt(view, pos);
-        if (!CharInSet(view, pos, n, chars))
-            break;
-        pos += n;
-    }
-    return pos;
+    return talvor::platform::SpanOfSet(View(text), View(set), true,
+                                       talvor::platform::SetMatch::WholeCharacters);
 }
 
 std::size_t _mbscspn(const unsigned char* text, const unsigned char* set) {
-    std::string_view view = View(text), chars = View(set);
-    std::size_t pos = 0;
-    while (pos < view.size()) {
-        std::size_t n = CharLengthAt(view, pos);
-        if (CharInSet(view, pos, n, chars))
-            break;
-        pos += n;
-    }
-    return pos;
+    return talvor::platform::SpanOfSet(View(text), View(set), false,
+                                       talvor::platform::SetMatch::WholeCharacters);
 }

@@ -3,9 +3,9 @@
 #include "platform/codepage/detail/page_table.h"
 
 #include "platform/codepage/code_page.h"
+#include "platform/core/ascii.h"
 
 #include <atomic>
-#include <cctype>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -58,7 +58,7 @@ unsigned CodePageFromEnvironment() {
         }
         std::string text(value);
         for (char& c : text)
-            c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+            c = AsciiLower(c);
         if (text.find("utf-8") != std::string::npos || text.find("utf8") != std::string::npos)
             return CodePageUtf8;
         if (text.find("gbk") != std::string::npos || text.find("gb2312") != std::string::npos ||

@@ -2,6 +2,7 @@
 #include "platform/codepage/detail/single_byte_pages.h"
 
 #include "platform/codepage/detail/page_table.h"
+#include "platform/core/ascii.h"
 
 namespace talvor::platform::detail {
 namespace {
@@ -25,8 +26,8 @@ int Cp1252Byte(char16_t unit) {
 } // namespace
 
 unsigned char Cp1252Lower(unsigned char b) {
-    if (b >= 'A' && b <= 'Z')
-        return b + 0x20;
+    if (b < 0x80)
+        return AsciiLower(b);
     if (b >= 0xC0 && b <= 0xDE && b != 0xD7)
         return b + 0x20;
     switch (b) {
@@ -44,8 +45,8 @@ unsigned char Cp1252Lower(unsigned char b) {
 }
 
 unsigned char Cp1252Upper(unsigned char b) {
-    if (b >= 'a' && b <= 'z')
-        return b - 0x20;
+    if (b < 0x80)
+        return AsciiUpper(b);
     if (b >= 0xE0 && b <= 0xFE && b != 0xF7)
         return b - 0x20;
     switch (b) {

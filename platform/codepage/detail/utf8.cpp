@@ -2,6 +2,7 @@
 #include "platform/codepage/detail/utf8.h"
 
 #include "platform/codepage/detail/page_table.h"
+#include "platform/core/ascii.h"
 
 #include <cwctype>
 #include <locale.h>
@@ -24,13 +25,8 @@ locale_t Utf8Locale() {
 } // namespace
 
 char32_t MapCodePoint(char32_t cp, bool upper) {
-    if (cp < 0x80) {
-        if (upper && cp >= 'a' && cp <= 'z')
-            return cp - 0x20;
-        if (!upper && cp >= 'A' && cp <= 'Z')
-            return cp + 0x20;
-        return cp;
-    }
+    if (cp < 0x80)
+        return upper ? AsciiUpper(cp) : AsciiLower(cp);
     locale_t l = Utf8Locale();
     if (l == static_cast<locale_t>(nullptr))
         return cp;
