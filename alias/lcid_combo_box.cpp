@@ -2,6 +2,7 @@
 
 #include "platform/codepage/code_page.h"
 #include "resources/resource_guard.h"
+#include "resources/talvor_res_ids.h"
 
 #include <algorithm>
 
@@ -15,9 +16,9 @@ struct FixedLanguage {
     UINT stringId;
 };
 constexpr FixedLanguage FixedLanguages[] = {
-    {0x000, 8378}, // the default language
-    {0x400, 8381}, // the user's default language
-    {0x800, 8380}, // the system's default language
+    {0x000, IDS_DEFAULT_LANGUAGE},
+    {0x400, IDS_USER_DEFAULT_LANGUAGE},
+    {0x800, IDS_SYSTEM_DEFAULT_LANGUAGE},
 };
 
 std::u16string WideText(const WCHAR* text) {

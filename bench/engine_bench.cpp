@@ -9,7 +9,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <dirent.h>
 #include <memory>
 #include <string>
 #include <vector>
@@ -201,18 +200,16 @@ BENCHMARK(BM_CheckCodeFlow_StatementMix);
 void BM_CheckCodeFlow_Corpus(benchmark::State& state) {
     std::vector<CString> lines;
     std::string dir = std::string(TALVOR_CORPUS_DIR) + "/vbscript";
-    if (DIR* handle = ::opendir(dir.c_str())) {
-        while (dirent* entry = ::readdir(handle)) {
-            std::string name = entry->d_name, text, error;
-            if (name.size() < 4 || name.substr(name.size() - 4) != ".vbs" ||
-                !talvor::platform::ReadWholeFile(dir + "/" + name, text, error))
-                continue;
-            CStringArray split;
-            Engine().ChangeScripText(CString(text), split);
-            for (const CString& line : split)
-                lines.push_back(line);
-        }
-        ::closedir(handle);
+    for (const std::string& name :
+         talvor::platform::ListFolder(dir, talvor::platform::FolderEntries::Files)) {
+        std::string text, error;
+        if (name.size() < 4 || name.substr(name.size() - 4) != ".vbs" ||
+            !talvor::platform::ReadWholeFile(dir + "/" + name, text, error))
+            continue;
+        CStringArray split;
+        Engine().ChangeScripText(CString(text), split);
+        for (const CString& line : split)
+            lines.push_back(line);
     }
     if (lines.empty())
         return state.SkipWithError("corpus not found");

@@ -15,7 +15,6 @@
 #include <benchmark/benchmark.h>
 #include <cctype>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -48,11 +47,9 @@ std::string Lower(std::string text) {
 std::vector<std::string> FilesOf(const std::string& folder,
                                  const std::vector<std::string>& extensions) {
     std::vector<std::string> files;
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-        if (!entry.is_regular_file())
-            continue;
-        const std::string path = entry.path().string();
+    for (const std::string& name :
+         talvor::platform::ListFolder(folder, talvor::platform::FolderEntries::Files)) {
+        const std::string path = folder + "/" + name;
         for (const std::string& extension : extensions) {
             const std::string lower = Lower(path);
             if (lower.size() >= extension.size() &&

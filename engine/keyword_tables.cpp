@@ -4,18 +4,20 @@
 #include "engine/script_text_disposal.h"
 
 #include "platform/app/profile.h"
+#include "platform/app/profile_sections.h"
 #include "resources/resource_guard.h"
+#include "resources/talvor_res_ids.h"
 
 #include <initializer_list>
 
 namespace {
 
-constexpr UINT FlowKeywordsId = 8514;
-constexpr UINT ExitKeywordsId = 8515;
-constexpr UINT FormNamesId = 8518;
-constexpr UINT ProcedureKeywordsId = 8574;
+constexpr UINT FlowKeywordsId = IDS_FLOW_KEYWORDS;
+constexpr UINT ExitKeywordsId = IDS_EXIT_KEYWORDS;
+constexpr UINT FormNamesId = IDS_FORM_NAMES;
+constexpr UINT ProcedureKeywordsId = IDS_PROCEDURE_KEYWORDS;
 
-constexpr const char* KeyWordsSection = "MainWnd\\DockingPaneLayouts\\PaneMacro\\Keywords";
+constexpr const char* KeyWordsSection = talvor::platform::KeywordsSection;
 constexpr const char* KeyWordsEntry = "_BASIC";
 constexpr const char* DefaultKeyWords =
     " Alias,And,Any,As,Base,Boolean,Byref,Byte,Byval,Call,Case,Close,Compare,Const,Currency,"

@@ -5,6 +5,7 @@
 #include "engine/detail/keyword_test.h"
 #include "engine/detail/statement_mask.h"
 #include "resources/resource_guard.h"
+#include "resources/talvor_res_ids.h"
 #include "text/regular_expressions.h"
 
 #include <deque>
@@ -16,11 +17,11 @@ using talvor::engine::detail::MaskedLine;
 
 namespace {
 
-constexpr UINT IfTitlesId = 8509;
-constexpr UINT LoopTitlesId = 8510;
-constexpr UINT ForTitlesId = 8511;
-constexpr UINT ExitTitlesId = 8512;
-constexpr UINT CallTitlesId = 8519;
+constexpr UINT IfTitlesId = IDS_IF_TITLES;
+constexpr UINT LoopTitlesId = IDS_LOOP_TITLES;
+constexpr UINT ForTitlesId = IDS_FOR_TITLES;
+constexpr UINT ExitTitlesId = IDS_EXIT_TITLES;
+constexpr UINT CallTitlesId = IDS_CALL_TITLES;
 
 constexpr const char* Separator = "    ";
 

@@ -1,19 +1,32 @@
-# Writes OUTPUT: a C++ source that holds the bytes of INPUT as the built-in resource script.
-file(READ ${INPUT} content HEX)
-string(LENGTH "${content}" hexLength)
-math(EXPR byteCount "${hexLength} / 2")
-string(REGEX REPLACE "([0-9a-f][0-9a-f])" "0x\\1," bytes "${content}")
-string(REGEX REPLACE "(0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,)" "\\1\n" bytes "${bytes}")
+# Writes OUTPUT: a C++ source that holds the bytes of SCRIPT as the built-in resource script
+# and those of IDS as the ids header the script includes.
+function(talvor_hex_bytes file outBytes outCount)
+    file(READ ${file} content HEX)
+    string(LENGTH "${content}" hexLength)
+    math(EXPR byteCount "${hexLength} / 2")
+    string(REGEX REPLACE "([0-9a-f][0-9a-f])" "0x\\1," bytes "${content}")
+    string(REGEX REPLACE "(0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,0x..,)" "\\1\n" bytes "${bytes}")
+    set(${outBytes} "${bytes}" PARENT_SCOPE)
+    set(${outCount} ${byteCount} PARENT_SCOPE)
+endfunction()
+
+talvor_hex_bytes(${SCRIPT} scriptBytes scriptCount)
+talvor_hex_bytes(${IDS} idsBytes idsCount)
 file(WRITE ${OUTPUT}.tmp
-"// Made at build time from talvor_res.rc; not edited by hand.
+"// Made at build time from talvor_res.rc and talvor_res_ids.h; not edited by hand.
 #include \"resources/builtin_script.h\"
 namespace talvor::resources {
 namespace {
-const unsigned char Bytes[] = {
-${bytes}0x00};
+const unsigned char ScriptBytes[] = {
+${scriptBytes}0x00};
+const unsigned char IdsBytes[] = {
+${idsBytes}0x00};
 } // namespace
 std::string_view BuiltInScript() {
-    return std::string_view(reinterpret_cast<const char*>(Bytes), ${byteCount});
+    return std::string_view(reinterpret_cast<const char*>(ScriptBytes), ${scriptCount});
+}
+std::string_view BuiltInIdsHeader() {
+    return std::string_view(reinterpret_cast<const char*>(IdsBytes), ${idsCount});
 }
 } // namespace talvor::resources
 ")

@@ -1,7 +1,7 @@
 // The resource guard and the registration of TalvorRes.
 #include "resources/resource_guard.h"
 
-#include "platform/files/file_system.h"
+#include "platform/app/resource_script.h"
 #include "platform/strings/cstring.h"
 #include "resources/builtin_script.h"
 
@@ -16,11 +16,9 @@ std::shared_ptr<platform::ResourceModule> BuildTalvorRes() {
     std::string error;
     const char* path = std::getenv("TALVOR_RESOURCES");
     if (path != nullptr && *path != '\0') {
-        std::string text;
-        if (platform::ReadWholeFile(path, text, error) &&
-            platform::ParseResourceScript(text, *module, error))
+        if (platform::ParseResourceScriptFile(path, *module, error))
             return module;
-        std::fprintf(stderr, "talvor: %s: %s; using the built-in texts\n", path, error.c_str());
+        std::fprintf(stderr, "talvor: %s; using the built-in texts\n", error.c_str());
         module = std::make_shared<platform::ResourceModule>(ModuleName);
     }
     if (!platform::ParseResourceScript(BuiltInScript(), *module, error))
@@ -31,7 +29,11 @@ std::shared_ptr<platform::ResourceModule> BuildTalvorRes() {
 
 void RegisterTalvorRes() {
     static std::once_flag once;
-    std::call_once(once, [] { platform::RegisterResourceProvider(ModuleName, BuildTalvorRes); });
+    std::call_once(once, [] {
+        // Translated copies of the script include the ids header too, wherever they are kept.
+        platform::RegisterResourceInclude(IdsHeaderName, std::string(BuiltInIdsHeader()));
+        platform::RegisterResourceProvider(ModuleName, BuildTalvorRes);
+    });
 }
 
 ResourceGuard::ResourceGuard() {

@@ -5,6 +5,8 @@
 #include "syntax/detail/rule_match.h"
 #include "syntax/detail/word_tests.h"
 
+#include "platform/core/ascii.h"
+
 #include <string_view>
 
 using namespace talvor::syntax::detail;
@@ -19,16 +21,12 @@ int ColourOfState(unsigned long cookie) {
     return COLOR_NORMAL;
 }
 
-char AsciiLower(char c) {
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool IsScriptWord(std::string_view word) {
     constexpr std::string_view script = "script";
     if (word.size() != script.size())
         return false;
     for (std::size_t i = 0; i < script.size(); ++i) {
-        if (AsciiLower(word[i]) != script[i])
+        if (talvor::platform::AsciiLower(word[i]) != script[i])
             return false;
     }
     return true;

@@ -5,6 +5,7 @@
 // whenever the array (by its address and version), the case rule or the code page changes.
 #pragma once
 
+#include "platform/core/ascii.h"
 #include "platform/strings/arrays.h"
 
 #include <cstdint>
@@ -80,9 +81,7 @@ private:
                                   (static_cast<std::uint32_t>(length & 0xFFFF) << 16);
         return key * 0x9E3779B1u;
     }
-    static unsigned char Lower(unsigned char c) {
-        return (c >= 'A' && c <= 'Z') ? static_cast<unsigned char>(c + ('a' - 'A')) : c;
-    }
+    static unsigned char Lower(unsigned char c) { return platform::AsciiLower(c); }
     void Insert(std::string_view folded);
     bool FindExact(std::string_view folded, std::uint32_t hash) const;
     bool FindFolded(std::string_view word) const;

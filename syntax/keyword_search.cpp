@@ -4,8 +4,7 @@
 #include "syntax/detail/word_tests.h"
 
 #include "platform/codepage/code_page.h"
-
-#include <array>
+#include "platform/core/ascii.h"
 
 namespace talvor::syntax::detail {
 namespace {
@@ -22,14 +21,6 @@ int CompareBytes(std::string_view a, std::string_view b) {
     return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
 }
 
-constexpr std::array<unsigned char, 256> AsciiLowerTable = [] {
-    std::array<unsigned char, 256> table{};
-    for (int c = 0; c < 256; ++c)
-        table[static_cast<std::size_t>(c)] =
-            static_cast<unsigned char>((c >= 'A' && c <= 'Z') ? c - 'A' + 'a' : c);
-    return table;
-}();
-
 // The comparison that ignores case, folding ASCII letters of both texts as it goes. At the
 // first byte above 0x7F on either side the code page's comparison decides, which folds whole
 // characters; up to that byte both agree, so the answer is the same.
@@ -40,8 +31,8 @@ int CompareNoCaseAscii(std::string_view word, std::string_view entry) {
         const auto y = static_cast<unsigned char>(entry[i]);
         if ((x | y) >= 0x80)
             return platform::CompareNoCase(word, entry);
-        const unsigned char a = AsciiLowerTable[x];
-        const unsigned char b = AsciiLowerTable[y];
+        const unsigned char a = platform::AsciiLowerTable[x];
+        const unsigned char b = platform::AsciiLowerTable[y];
         if (a != b)
             return a < b ? -1 : 1;
     }

@@ -2,6 +2,7 @@
 #include "syntax/syntax.h"
 
 #include "platform/app/profile.h"
+#include "platform/app/profile_sections.h"
 #include "platform/codepage/code_page.h"
 #include "syntax/detail/language_rows.h"
 #include "syntax/detail/word_tests.h"
@@ -10,7 +11,7 @@
 
 namespace {
 
-constexpr const char* KeywordSection = "MainWnd\\DockingPaneLayouts\\PaneMacro\\Keywords";
+constexpr const char* KeywordSection = talvor::platform::KeywordsSection;
 
 } // namespace
 

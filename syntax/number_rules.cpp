@@ -4,16 +4,14 @@
 
 #include "syntax/detail/word_tests.h"
 
+#include "platform/core/ascii.h"
+
 namespace talvor::syntax::detail {
 namespace {
 
-bool IsHexDigit(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
-}
-
 bool AllHex(std::string_view digits) {
     for (char c : digits) {
-        if (!IsHexDigit(c))
+        if (platform::HexDigitValue(c) < 0)
             return false;
     }
     return true;

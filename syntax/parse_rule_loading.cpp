@@ -3,15 +3,15 @@
 #include "syntax/syntax.h"
 
 #include "platform/app/profile.h"
+#include "platform/app/profile_sections.h"
 #include "syntax/detail/language_rows.h"
 
 #include <cstring>
 
 namespace {
 
-constexpr const char* RuleSectionPath =
-    "MainWnd\\DockingPaneLayouts\\PaneMacro\\icrEdit__ParseRule";
-constexpr const char* RuleSectionShort = "icrEdit__ParseRule";
+constexpr const char* RuleSectionPath = talvor::platform::ParseRuleSection;
+constexpr const char* RuleSectionShort = talvor::platform::ParseRuleSectionShort;
 
 // A profile value loses white space at both ends, then tabs at both ends.
 void Clean(CString& value) {

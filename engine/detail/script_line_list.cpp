@@ -51,9 +51,7 @@ std::size_t ScriptLineList::FoldedHash(const CString& text) {
     // does the hash (FNV-1a).
     std::uint64_t hash = 14695981039346656037ull;
     for (const unsigned char* at = Bytes(text); *at != 0; ++at) {
-        unsigned char byte = *at >= 0x80 ? 0x80 : *at;
-        if (byte >= 'A' && byte <= 'Z')
-            byte = static_cast<unsigned char>(byte + ('a' - 'A'));
+        unsigned char byte = *at >= 0x80 ? 0x80 : platform::AsciiLower(*at);
         hash = (hash ^ byte) * 1099511628211ull;
     }
     return static_cast<std::size_t>(hash);

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "platform/codepage/code_page.h"
+#include "platform/codepage/mbs_functions.h"
+#include "platform/core/ascii.h"
 #include "platform/strings/cstring.h"
 
 #include <cstring>
@@ -14,9 +16,7 @@ inline const unsigned char* Bytes(const CString& text) {
     return reinterpret_cast<const unsigned char*>(text.GetString());
 }
 
-inline unsigned char AsciiLower(unsigned char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte + ('a' - 'A')) : byte;
-}
+using platform::AsciiLower;
 
 // Whole texts equal without regard to case (multi-byte rules of the system code page). Case
 // folding turns an ASCII byte into nothing but its lower case and no other byte into ASCII, so

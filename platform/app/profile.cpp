@@ -1,6 +1,7 @@
 // Profile stores (memory, INI file) and the application object that reads and writes them.
 #include "platform/app/profile.h"
 
+#include "platform/core/ascii.h"
 #include "platform/files/file_system.h"
 
 #include <cerrno>
@@ -66,17 +67,6 @@ std::string Quote(const std::string& value) {
 
 } // namespace
 
-// Value of a hexadecimal digit, or -1.
-static int HexDigit(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
-
 namespace {
 
 std::string Unquote(std::string_view text) {
@@ -99,10 +89,10 @@ std::string Unquote(std::string_view text) {
             out.push_back('\t');
             break;
         case 'x':
-            if (i + 2 < text.size() - 1 && HexDigit(text[i + 1]) >= 0 &&
-                HexDigit(text[i + 2]) >= 0) {
-                out.push_back(
-                    static_cast<char>(HexDigit(text[i + 1]) * 16 + HexDigit(text[i + 2])));
+            if (i + 2 < text.size() - 1 && HexDigitValue(text[i + 1]) >= 0 &&
+                HexDigitValue(text[i + 2]) >= 0) {
+                out.push_back(static_cast<char>(HexDigitValue(text[i + 1]) * 16 +
+                                                HexDigitValue(text[i + 2])));
                 i += 2;
             } else {
                 out.push_back('x');
@@ -328,8 +318,8 @@ BOOL CWinApp::GetProfileBinary(const char* section, const char* entry, BYTE** da
         return FALSE;
     std::string decoded;
     for (std::size_t i = 0; i < value.size(); i += 2) {
-        int hi = talvor::platform::HexDigit(value[i]),
-            lo = talvor::platform::HexDigit(value[i + 1]);
+        int hi = talvor::platform::HexDigitValue(value[i]),
+            lo = talvor::platform::HexDigitValue(value[i + 1]);
         if (hi < 0 || lo < 0)
             return FALSE;
         decoded.push_back(static_cast<char>(hi * 16 + lo));
@@ -344,11 +334,10 @@ BOOL CWinApp::WriteProfileBinary(const char* section, const char* entry, const B
                                  UINT bytes) {
     if (section == nullptr || entry == nullptr || (data == nullptr && bytes != 0))
         return FALSE;
-    static const char* digits = "0123456789ABCDEF";
     std::string text;
     for (UINT i = 0; i < bytes; ++i) {
-        text.push_back(digits[data[i] >> 4]);
-        text.push_back(digits[data[i] & 0x0F]);
+        text.push_back(talvor::platform::HexDigitChar(data[i] >> 4));
+        text.push_back(talvor::platform::HexDigitChar(data[i]));
     }
     return Profile().Set(section, entry, text) ? TRUE : FALSE;
 }

@@ -1,6 +1,9 @@
 // Registry of resource modules by name and the current resource source.
 #include "platform/app/resource_module.h"
 
+#include "platform/app/resource_script.h"
+
+#include "platform/core/ascii.h"
 #include "platform/files/file_system.h"
 #include "platform/strings/cstring.h"
 
@@ -27,8 +30,8 @@ std::string KeyOf(std::string_view name) {
     std::string key(name);
     if (key.size() > 4 && strcasecmp(key.c_str() + key.size() - 4, ".dll") == 0)
         key.resize(key.size() - 4);
-    std::transform(key.begin(), key.end(), key.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    for (char& c : key)
+        c = AsciiLower(c);
     return key;
 }
 
@@ -73,14 +76,9 @@ void RegisterResourceProvider(const std::string& name,
 }
 
 bool LoadResourceModuleFile(const std::string& name, const std::string& path, std::string& error) {
-    std::string text;
-    if (!ReadWholeFile(path, text, error))
-        return false;
     auto module = std::make_shared<ResourceModule>(name);
-    if (!ParseResourceScript(text, *module, error)) {
-        error = path + ": " + error;
+    if (!ParseResourceScriptFile(path, *module, error))
         return false;
-    }
     auto found = TheRegistry().modules.find(KeyOf(name));
     if (found != TheRegistry().modules.end())
         Retire(found->second);

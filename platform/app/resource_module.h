@@ -30,13 +30,6 @@ private:
     std::map<UINT, std::string> m_strings;
 };
 
-// Reads resource-script text into module: comments, #define, #include and #pragma lines,
-// LANGUAGE statements, and STRINGTABLE blocks of `id, "text"` lines (ids as numbers or
-// #define names; escapes \n \t \r \\ \" \a \xhh \ooo and "" for a quote). False with a
-// message "resources: line N: ..." in error at the first fault; the module then holds what
-// was read before it.
-bool ParseResourceScript(std::string_view script, ResourceModule& module, std::string& error);
-
 // Makes module findable under its name (replacing a module of that name).
 void RegisterResourceModule(std::shared_ptr<ResourceModule> module);
 // Registers a maker that builds the module of that name on its first load.

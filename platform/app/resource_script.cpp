@@ -1,6 +1,10 @@
 // Reader for Windows resource-script text: the preprocessor lines the library's scripts use
-// and STRINGTABLE blocks. One tokenizer walks the text; every fault names its line.
-#include "platform/app/resource_module.h"
+// and STRINGTABLE blocks. One tokenizer walks the text; every fault names its line, and the
+// included file it is in.
+#include "platform/app/resource_script.h"
+
+#include "platform/core/ascii.h"
+#include "platform/files/file_system.h"
 
 #include <cctype>
 #include <cerrno>
@@ -8,11 +12,46 @@
 #include <cstdlib>
 #include <map>
 #include <optional>
+#include <vector>
 
 namespace talvor::platform {
 namespace {
 
 enum class TokenKind { End, Word, Number, String, Comma, Open, Close, Other };
+
+// Included files may include others; a file that includes itself stops at the depth limit,
+// one that includes itself twice at the count limit.
+constexpr int MaxIncludeDepth = 16;
+constexpr int MaxIncludes = 256;
+
+std::map<std::string, std::string>& RegisteredIncludes() {
+    static std::map<std::string, std::string> includes;
+    return includes;
+}
+
+bool FindRegisteredInclude(const std::string& name, std::string& text) {
+    const auto& includes = RegisteredIncludes();
+    auto found = includes.find(name);
+    if (found == includes.end()) {
+        // "resources/talvor_res_ids.h" finds the header registered as "talvor_res_ids.h".
+        std::size_t slash = name.find_last_of("/\\");
+        if (slash == std::string::npos)
+            return false;
+        found = includes.find(name.substr(slash + 1));
+        if (found == includes.end())
+            return false;
+    }
+    text = found->second;
+    return true;
+}
+
+// What every file of one script shares: the names defined so far and the includes not found.
+struct ScriptState {
+    const ResourceIncludeReader& readInclude;
+    std::map<std::string, UINT> defines;
+    std::vector<std::string> missingIncludes;
+    int includeCount = 0;
+};
 
 struct Token {
     TokenKind kind = TokenKind::End;
@@ -23,8 +62,10 @@ struct Token {
 
 class ScriptReader {
 public:
-    ScriptReader(std::string_view script, ResourceModule& module, std::string& error)
-        : m_text(script), m_module(module), m_error(error) {}
+    ScriptReader(std::string_view script, ResourceModule& module, std::string& error,
+                 ScriptState& state, std::string source = {}, int depth = 0)
+        : m_text(script), m_module(module), m_error(error), m_state(state),
+          m_source(std::move(source)), m_depth(depth) {}
 
     bool Read() {
         for (;;) {
@@ -50,12 +91,13 @@ public:
 private:
     static std::string Upper(std::string s) {
         for (char& c : s)
-            c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+            c = AsciiUpper(c);
         return s;
     }
 
     bool Fail(int line, const std::string& what) {
-        m_error = "resources: line " + std::to_string(line) + ": " + what;
+        m_error = "resources: " + (m_source.empty() ? std::string() : m_source + ": ") + "line " +
+                  std::to_string(line) + ": " + what;
         return false;
     }
 
@@ -111,10 +153,13 @@ private:
             return static_cast<UINT>(token.number);
         }
         if (token.kind == TokenKind::Word) {
-            auto found = m_defines.find(token.text);
-            if (found != m_defines.end())
+            auto found = m_state.defines.find(token.text);
+            if (found != m_state.defines.end())
                 return found->second;
-            Fail(token.line, "unknown symbol '" + token.text + "'");
+            std::string what = "unknown symbol '" + token.text + "'";
+            for (const std::string& missing : m_state.missingIncludes)
+                what += " (#include \"" + missing + "\" was not found)";
+            Fail(token.line, what);
             return std::nullopt;
         }
         Fail(token.line, "expected a string id, found '" + token.text + "'");
@@ -126,7 +171,33 @@ private:
             ++m_pos;
     }
 
-    // A preprocessor line: #define NAME value is kept, the others are passed over.
+    // #include "name" or <name>: the file's definitions (and statements) are read in place.
+    bool Include(std::string_view rest) {
+        std::size_t open = rest.find_first_of("\"<");
+        std::size_t close = open == std::string_view::npos
+                                ? open
+                                : rest.find(rest[open] == '"' ? '"' : '>', open + 1);
+        if (close == std::string_view::npos || close == open + 1)
+            return Fail(m_line, "#include needs a file name in quotes or angle brackets");
+        std::string name(rest.substr(open + 1, close - open - 1));
+        std::string text;
+        bool found = (m_state.readInclude && m_state.readInclude(name, text)) ||
+                     FindRegisteredInclude(name, text);
+        if (!found) {
+            m_state.missingIncludes.push_back(name);
+            return true;
+        }
+        if (++m_state.includeCount > MaxIncludes)
+            return Fail(m_line, "#include \"" + name + "\" is one more than " +
+                                    std::to_string(MaxIncludes) + " included files");
+        if (m_depth + 1 >= MaxIncludeDepth)
+            return Fail(m_line, "#include \"" + name + "\" nests deeper than " +
+                                    std::to_string(MaxIncludeDepth) + " files");
+        return ScriptReader(text, m_module, m_error, m_state, name, m_depth + 1).Read();
+    }
+
+    // A preprocessor line: #define NAME value is kept, #include is read, the others are
+    // passed over.
     bool Directive() {
         std::size_t start = m_pos;
         SkipToLineEnd();
@@ -144,6 +215,8 @@ private:
         };
         skipBlanks();
         std::string directive = word();
+        if (directive == "include")
+            return Include(line.substr(p));
         if (directive != "define")
             return true;
         skipBlanks();
@@ -156,7 +229,7 @@ private:
         unsigned long long number = std::strtoull(value.c_str(), &end, 0);
         if (end == value.c_str() || *end != '\0' || number > 0xFFFF)
             return Fail(m_line, "#define " + name + " needs a number up to 65535");
-        m_defines[name] = static_cast<UINT>(number);
+        m_state.defines[name] = static_cast<UINT>(number);
         return true;
     }
 
@@ -204,13 +277,8 @@ private:
                 break;
             case 'x': {
                 int value = 0, digits = 0;
-                while (digits < 2 && m_pos < m_text.size() &&
-                       std::isxdigit(static_cast<unsigned char>(m_text[m_pos]))) {
-                    char h = m_text[m_pos++];
-                    value =
-                        value * 16 + (std::isdigit(static_cast<unsigned char>(h))
-                                          ? h - '0'
-                                          : std::tolower(static_cast<unsigned char>(h)) - 'a' + 10);
+                while (digits < 2 && m_pos < m_text.size() && HexDigitValue(m_text[m_pos]) >= 0) {
+                    value = value * 16 + HexDigitValue(m_text[m_pos++]);
                     ++digits;
                 }
                 if (digits == 0)
@@ -325,16 +393,41 @@ private:
     std::string_view m_text;
     ResourceModule& m_module;
     std::string& m_error;
+    ScriptState& m_state;
+    std::string m_source; // the included file's name; empty for the script itself
+    int m_depth;
     std::size_t m_pos = 0;
     int m_line = 1;
     bool m_lineStart = true;
-    std::map<std::string, UINT> m_defines;
 };
 
 } // namespace
 
-bool ParseResourceScript(std::string_view script, ResourceModule& module, std::string& error) {
-    return ScriptReader(script, module, error).Read();
+bool ParseResourceScript(std::string_view script, ResourceModule& module, std::string& error,
+                         const ResourceIncludeReader& readInclude) {
+    ScriptState state{readInclude, {}, {}};
+    return ScriptReader(script, module, error, state).Read();
+}
+
+bool ParseResourceScriptFile(const std::string& path, ResourceModule& module, std::string& error) {
+    std::string text;
+    if (!ReadWholeFile(path, text, error))
+        return false;
+    std::size_t slash = path.find_last_of('/');
+    std::string folder = slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+    auto readBeside = [&folder](const std::string& name, std::string& included) {
+        std::string ignored;
+        std::string includePath = (!name.empty() && name[0] == '/') ? name : folder + name;
+        return FileExists(includePath) && ReadWholeFile(includePath, included, ignored);
+    };
+    if (ParseResourceScript(text, module, error, readBeside))
+        return true;
+    error = path + ": " + error;
+    return false;
+}
+
+void RegisterResourceInclude(const std::string& name, std::string text) {
+    RegisteredIncludes()[name] = std::move(text);
 }
 
 } // namespace talvor::platform

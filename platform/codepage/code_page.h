@@ -4,8 +4,6 @@
 // holds for double-byte pages and extends to UTF-8, where a lead byte starts 2 to 4 bytes.
 #pragma once
 
-#include "platform/core/win_types.h"
-
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -79,16 +77,3 @@ std::size_t FindText(std::string_view haystack, std::string_view needle, std::si
 std::size_t FindChar(std::string_view haystack, char ch, std::size_t from = 0);
 
 } // namespace talvor::platform
-
-// The runtime library's multi-byte forms, on the system code page. Strings end at their NUL.
-BOOL IsDBCSLeadByte(BYTE byte);
-int _mbscmp(const unsigned char* a, const unsigned char* b);
-int _mbsicmp(const unsigned char* a, const unsigned char* b);
-int _mbsicoll(const unsigned char* a, const unsigned char* b);
-unsigned char* _mbsstr(const unsigned char* haystack, const unsigned char* needle);
-unsigned char* _mbschr(const unsigned char* text, unsigned int ch);
-unsigned char* _mbsupr(unsigned char* text);
-unsigned char* _mbslwr(unsigned char* text);
-unsigned char* _mbsinc(const unsigned char* text);
-std::size_t _mbsspn(const unsigned char* text, const unsigned char* set);
-std::size_t _mbscspn(const unsigned char* text, const unsigned char* set);

@@ -1,10 +1,12 @@
 // Whole-file reads, atomic writes (temporary file, fsync, rename) and the write fault seam.
 #include "platform/files/file_system.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -129,6 +131,26 @@ bool WriteFileAtomically(const std::string& path, std::string_view contents, std
     if (!ok)
         ::unlink(temp.c_str());
     return ok;
+}
+
+std::vector<std::string> ListFolder(const std::string& folder, FolderEntries which) {
+    std::vector<std::string> names;
+    DIR* handle = ::opendir(folder.c_str());
+    if (handle == nullptr)
+        return names;
+    while (dirent* entry = ::readdir(handle)) {
+        if (entry->d_name[0] == '.')
+            continue;
+        struct stat st {};
+        if (::stat((folder + "/" + entry->d_name).c_str(), &st) != 0)
+            continue;
+        bool wanted = which == FolderEntries::Folders ? S_ISDIR(st.st_mode) : S_ISREG(st.st_mode);
+        if (wanted)
+            names.push_back(entry->d_name);
+    }
+    ::closedir(handle);
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 } // namespace talvor::platform

@@ -1,4 +1,5 @@
-// The library's one funnel to the file system for whole-file reads and atomic writes. All
+// The library's one funnel to the file system for whole-file reads, atomic writes and folder
+// listings. All
 // writes go through here, so a test can make the Nth write fail and prove that an interrupted
 // save leaves the last complete file in place.
 #pragma once
@@ -6,6 +7,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace talvor::platform {
 
@@ -21,6 +23,12 @@ bool WriteFileAtomically(const std::string& path, std::string_view contents, std
 bool CreateDirectories(const std::string& path);
 
 bool FileExists(const std::string& path);
+
+enum class FolderEntries { Files, Folders };
+// Names (not paths) of the regular files, or of the folders, directly inside folder, sorted
+// byte by byte; names that start with "." are left out, and a link counts as what it points
+// to. Empty when the folder cannot be read.
+std::vector<std::string> ListFolder(const std::string& folder, FolderEntries which);
 
 // Fault injection for tests: the nth low-level write from now on (1 = the next one) fails as if
 // the disk were full. 0 switches it off. Counts writes of every file.

@@ -4,6 +4,7 @@
 // the source reaches PCRE2 unescaped, so PCRE2's own extensions can never be switched on.
 #include "platform/regex/detail/regex_translate.h"
 
+#include "platform/core/ascii.h"
 #include "platform/regex/regex_engine.h"
 
 #include <algorithm>
@@ -155,15 +156,6 @@ bool IsDecimalDigit(char16_t c) {
 bool IsOctalDigit(char16_t c) {
     return c >= '0' && c <= '7';
 }
-int HexValue(char16_t c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
 
 void AppendNumber(std::u16string& out, std::uint64_t value) {
     std::string digits = std::to_string(value);
@@ -177,13 +169,12 @@ void AppendUnit(std::u16string& out, std::uint32_t c) {
         out.push_back(static_cast<char16_t>(c));
         return;
     }
-    static const char Hex[] = "0123456789abcdef";
     out += u"\\x{";
     bool started = false;
     for (int shift = 12; shift >= 0; shift -= 4) {
         unsigned digit = (c >> shift) & 0xF;
         if (digit != 0 || started || shift == 0) {
-            out.push_back(static_cast<char16_t>(Hex[digit]));
+            out.push_back(static_cast<char16_t>(HexDigitChar(digit, false)));
             started = true;
         }
     }
@@ -582,7 +573,7 @@ private:
     bool HexEscape(int digits, std::uint32_t& unit) {
         std::uint32_t value = 0;
         for (int i = 1; i <= digits; ++i) {
-            int digit = HasAhead(i) ? HexValue(Peek(i)) : -1;
+            int digit = HasAhead(i) ? HexDigitValue(Peek(i)) : -1;
             if (digit < 0)
                 return false;
             value = value * 16 + static_cast<std::uint32_t>(digit);

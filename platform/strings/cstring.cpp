@@ -1,6 +1,7 @@
 // CString operations; every search and trim steps by whole characters of the system code page.
 #include "platform/strings/cstring.h"
 
+#include "platform/codepage/char_set.h"
 #include "platform/codepage/code_page.h"
 
 #include <algorithm>
@@ -15,22 +16,16 @@ namespace {
 
 constexpr const char* WhiteSpace = " \t\r\n\v\f";
 
+// The string class finds a one-byte character anywhere in a set, even as a trail byte.
+constexpr talvor::platform::SetMatch SetRule = talvor::platform::SetMatch::SingleBytesAnywhere;
+
 bool InSet(std::string_view text, std::size_t pos, std::size_t n, std::string_view set) {
-    if (n == 1)
-        return set.find(text[pos]) != std::string_view::npos && text[pos] != '\0';
-    return talvor::platform::FindText(set, text.substr(pos, n)) != std::string_view::npos;
+    return talvor::platform::CharInSet(text, pos, n, set, SetRule);
 }
 
 // Length of the leading run of characters that are (or are not) in set.
 std::size_t SpanOf(std::string_view text, std::string_view set, bool including) {
-    std::size_t pos = 0;
-    while (pos < text.size()) {
-        std::size_t n = CharLengthAt(text, pos);
-        if (InSet(text, pos, n, set) != including)
-            break;
-        pos += n;
-    }
-    return pos;
+    return talvor::platform::SpanOfSet(text, set, including, SetRule);
 }
 
 // Start of the trailing run of characters in set, found by a forward walk so that a trail

@@ -2,6 +2,8 @@
 // reserved words from the profile.
 #include "engine/script_text_disposal.h"
 #include "platform/app/profile.h"
+#include "platform/app/profile_sections.h"
+#include "resources/talvor_res_ids.h"
 #include "tests/engine/engine_test_support.h"
 #include "tests/support/test_environment.h"
 
@@ -10,7 +12,7 @@
 namespace talvor::engine::testing {
 namespace {
 
-constexpr const char* KeyWordsSection = "MainWnd\\DockingPaneLayouts\\PaneMacro\\Keywords";
+constexpr const char* KeyWordsSection = talvor::platform::KeywordsSection;
 
 TEST(KeywordTables, MembersTakeTheLinesOfTheStringsInTheirRoles) {
     CTalvorScriptTextDisposal engine;
@@ -89,8 +91,8 @@ TEST(KeywordTables, ReservedWordsComeFromTheProfile) {
 }
 
 TEST(KeywordTables, LinesAreTrimmedOfBlanksAndAnEmptyLineEndsTheList) {
-    ReplacedResources resources(
-        {{8514, "  If \nThen\n\nEnd If\nDo While"}, {8574, "Sub\nEnd Sub\r\nFunction"}});
+    ReplacedResources resources({{IDS_FLOW_KEYWORDS, "  If \nThen\n\nEnd If\nDo While"},
+                                 {IDS_PROCEDURE_KEYWORDS, "Sub\nEnd Sub\r\nFunction"}});
     CTalvorScriptTextDisposal engine;
     EXPECT_EQ(engine.m_strIf, "If");
     EXPECT_EQ(engine.m_strThen, "Then");
@@ -119,7 +121,7 @@ TEST(KeywordTables, TheProcessEngineReadsItsKeywordsOnce) {
     CTalvorScriptTextDisposal& engine = CTalvorScriptTextDisposal::GetDisposal();
     const INT_PTR words = engine.m_arrKeyWords.GetSize();
     AfxGetApp()->WriteProfileString(KeyWordsSection, "_BASIC", "Only");
-    ReplacedResources resources({{8514, "Wenn\nDann"}});
+    ReplacedResources resources({{IDS_FLOW_KEYWORDS, "Wenn\nDann"}});
     CTalvorScriptTextDisposal& again = CTalvorScriptTextDisposal::GetDisposal();
     EXPECT_EQ(&again, &engine);
     EXPECT_EQ(again.m_strIf, "If");

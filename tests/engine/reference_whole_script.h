@@ -7,6 +7,7 @@
 
 #include "engine/script_text_disposal.h"
 #include "platform/codepage/code_page.h"
+#include "platform/codepage/mbs_functions.h"
 
 namespace talvor::engine::testing {
 

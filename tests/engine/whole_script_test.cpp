@@ -1,6 +1,7 @@
 // A whole script into its record and back: the global block, handlers found by their exact
 // head lines, Subs and Functions by their first and last lines, the system's order of blocks.
 #include "engine/script_text_disposal.h"
+#include "resources/talvor_res_ids.h"
 #include "tests/engine/engine_test_support.h"
 #include "tests/engine/reference_whole_script.h"
 
@@ -320,7 +321,7 @@ TEST(WholeScript, KeywordsBeyondAsciiAreFoundWithoutRegardToCase) {
     // comparison of the page, in which the capital and the small letter are one.
     TestForm form = OrderForm();
     ReplacedResources resources(
-        {{8574, "S\xfc\x62\nEnde S\xfc\x62\nFunktion\nEnde Funktion\nDim"}});
+        {{IDS_PROCEDURE_KEYWORDS, "S\xfc\x62\nEnde S\xfc\x62\nFunktion\nEnde Funktion\nDim"}});
     CTalvorScriptTextDisposal engine;
     const CString script = "\r\nS\xdc\x42 CMDOK_click()\r\nx\r\nende s\xfc\x62\r\n\r\n"
                            "S\xfc\x62 helper()\r\nEnde S\xfc\x62\r\n";

@@ -6,6 +6,7 @@
 #include "tests/oracles/node_regexp_oracle.h"
 
 #include "resources/resource_guard.h"
+#include "resources/talvor_res_ids.h"
 #include "tests/support/corpus.h"
 
 #include <gtest/gtest.h>
@@ -32,7 +33,8 @@ std::vector<std::string> Lines(const std::string& text) {
 
 std::vector<std::string> Keywords() {
     std::vector<std::string> keywords;
-    for (unsigned id : {8514u, 8515u, 8518u, 8574u})
+    for (unsigned id :
+         {IDS_FLOW_KEYWORDS, IDS_EXIT_KEYWORDS, IDS_FORM_NAMES, IDS_PROCEDURE_KEYWORDS})
         for (const std::string& word : Lines(resources::LoadTalvorString(id)))
             keywords.push_back(word);
     return keywords;

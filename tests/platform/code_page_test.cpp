@@ -1,5 +1,6 @@
 // Character stepping, case mapping and wide conversion in the code pages the library supports.
 #include "platform/codepage/code_page.h"
+#include "platform/codepage/mbs_functions.h"
 #include "platform/strings/cstring.h"
 
 #include <gtest/gtest.h>

@@ -67,3 +67,19 @@ TEST(CFileFind, WildcardsIgnoreCaseAndComeInNameOrder) {
     EXPECT_FALSE(finder.FindFile((folder + "/*.none").c_str()));
     EXPECT_FALSE(finder.FindFile("/no/such/folder/*"));
 }
+
+TEST(FileSystem, ListFolderGivesFilesOrFoldersInNameOrder) {
+    using talvor::platform::FolderEntries;
+    using talvor::platform::ListFolder;
+    std::string folder = Folder() + "/list";
+    std::string error;
+    for (const char* name : {"b.vbs", "A.txt", ".hidden", "c"})
+        ASSERT_TRUE(talvor::platform::WriteFileAtomically(folder + "/" + name, "x", error));
+    ASSERT_TRUE(talvor::platform::CreateDirectories(folder + "/sub"));
+    ASSERT_TRUE(talvor::platform::CreateDirectories(folder + "/.git"));
+    EXPECT_EQ(ListFolder(folder, FolderEntries::Files),
+              (std::vector<std::string>{"A.txt", "b.vbs", "c"}));
+    EXPECT_EQ(ListFolder(folder, FolderEntries::Folders), (std::vector<std::string>{"sub"}));
+    EXPECT_TRUE(ListFolder(folder + "/none", FolderEntries::Files).empty());
+    EXPECT_TRUE(ListFolder(folder + "/c", FolderEntries::Files).empty()); // a file, no folder
+}

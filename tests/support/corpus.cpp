@@ -3,10 +3,7 @@
 
 #include "platform/files/file_system.h"
 
-#include <algorithm>
-#include <dirent.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 namespace talvor::testing {
 
@@ -17,17 +14,8 @@ std::string CorpusDir() {
 std::vector<std::string> CorpusFiles(const std::string& folder) {
     std::vector<std::string> files;
     std::string dir = CorpusDir() + "/" + folder;
-    DIR* handle = ::opendir(dir.c_str());
-    if (handle == nullptr)
-        return files;
-    while (dirent* entry = ::readdir(handle)) {
-        std::string path = dir + "/" + entry->d_name;
-        struct stat st {};
-        if (entry->d_name[0] != '.' && ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode))
-            files.push_back(path);
-    }
-    ::closedir(handle);
-    std::sort(files.begin(), files.end());
+    for (const std::string& name : platform::ListFolder(dir, platform::FolderEntries::Files))
+        files.push_back(dir + "/" + name);
     return files;
 }
 

@@ -15,10 +15,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <random>
-#include <sys/stat.h>
 
 namespace talvor::testing {
 namespace {
@@ -30,22 +28,8 @@ std::string ExamplesDir() {
 }
 
 std::vector<std::string> ListDir(const std::string& dir, bool wantFolders) {
-    std::vector<std::string> names;
-    DIR* handle = ::opendir(dir.c_str());
-    if (handle == nullptr)
-        return names;
-    while (dirent* entry = ::readdir(handle)) {
-        if (entry->d_name[0] == '.')
-            continue;
-        struct stat st {};
-        if (::stat((dir + "/" + entry->d_name).c_str(), &st) != 0)
-            continue;
-        if (S_ISDIR(st.st_mode) == wantFolders)
-            names.push_back(entry->d_name);
-    }
-    ::closedir(handle);
-    std::sort(names.begin(), names.end());
-    return names;
+    return talvor::platform::ListFolder(dir, wantFolders ? talvor::platform::FolderEntries::Folders
+                                                         : talvor::platform::FolderEntries::Files);
 }
 
 bool EndsWith(const std::string& text, const std::string& tail) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/app/profile.h"
+#include "platform/app/profile_sections.h"
 #include "syntax/line_cookie.h"
 #include "syntax/styled_line.h"
 #include "syntax/syntax.h"
@@ -29,9 +30,8 @@ struct ParserUnderTest : CTalvorSyntax {
     using CTalvorSyntax::SortSynWordArray;
 };
 
-inline constexpr const char* KeywordSection = "MainWnd\\DockingPaneLayouts\\PaneMacro\\Keywords";
-inline constexpr const char* RuleSection =
-    "MainWnd\\DockingPaneLayouts\\PaneMacro\\icrEdit__ParseRule";
+inline constexpr const char* KeywordSection = talvor::platform::KeywordsSection;
+inline constexpr const char* RuleSection = talvor::platform::ParseRuleSection;
 
 // Selects the language and loads it. With keywords (comma-separated) the profile replaces the
 // built-in list, exactly as a host would.

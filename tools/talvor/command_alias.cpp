@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <iostream>
 #include <map>
+#include <sstream>
 #include <string>
 
 namespace talvor::tool {
@@ -249,12 +250,12 @@ int Languages(std::ostream& out, const Parsed& parsed) {
     return ExitOk;
 }
 
-} // namespace
-
-int RunAlias(const Args& args) {
-    std::ostream& out = std::cout;
+int RunAliasInto(std::ostream& out, const Args& args) {
     if (args.empty() || args[0] == "--help" || args[0] == "-h") {
-        (args.empty() ? std::cerr : out) << AliasHelp;
+        if (args.empty())
+            std::cerr << AliasHelp;
+        else
+            out << AliasHelp;
         return args.empty() ? ExitUserError : ExitOk;
     }
     Parsed parsed;
@@ -284,6 +285,17 @@ int RunAlias(const Args& args) {
         return code;
     out << "normalized " << parsed.words[1] << '\n';
     return ExitOk;
+}
+
+} // namespace
+
+int RunAlias(const Args& args, std::FILE* output) {
+    // Everything is said into a buffer first and handed to the given stream at the end.
+    std::ostringstream out;
+    const int code = RunAliasInto(out, args);
+    const std::string text = out.str();
+    std::fwrite(text.data(), 1, text.size(), output);
+    return code;
 }
 
 } // namespace talvor::tool

@@ -57,7 +57,7 @@ std::string LanguageNames() {
 
 } // namespace
 
-int RunColor(const Args& args) {
+int RunColor(const Args& args, std::FILE* output) {
     std::string file;
     std::string languageName;
     std::string languageCode;
@@ -67,7 +67,7 @@ int RunColor(const Args& args) {
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& arg = args[i];
         if (arg == "--help" || arg == "-h") {
-            std::fputs(ColorHelp, stdout);
+            std::fputs(ColorHelp, output);
             return ExitOk;
         }
         if (arg == "--language" || arg == "--code") {
@@ -99,7 +99,7 @@ int RunColor(const Args& args) {
     if (!languageName.empty() && !languageCode.empty())
         return UserError("color: give --language or --code, not both");
     if (!haveFormat)
-        format = ::isatty(::fileno(stdout)) ? Format::Ansi : Format::Marks;
+        format = ::isatty(::fileno(output)) ? Format::Ansi : Format::Marks;
 
     Colourer colourer;
     UINT language = 0;
@@ -126,7 +126,7 @@ int RunColor(const Args& args) {
     colourer.SetLanguage(language);
     colourer.LoadSynWord();
 
-    OutputBuffer out(stdout);
+    OutputBuffer out(output);
     if (format == Format::Html)
         AppendHtmlPageStart(out, colourer, file);
 
@@ -162,7 +162,7 @@ int RunColor(const Args& args) {
         AppendHtmlPageEnd(out);
     if (!out.Flush())
         return UserError("color: cannot write the output");
-    if (std::fflush(stdout) != 0 || std::ferror(stdout))
+    if (std::fflush(output) != 0 || std::ferror(output))
         return UserError("color: cannot write the output");
     return ExitOk;
 }

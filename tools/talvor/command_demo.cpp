@@ -12,9 +12,10 @@
 namespace talvor::tool {
 namespace {
 
-void Step(int number, const std::string& title, const std::string& command) {
-    std::printf("\n== %d. %s\n   $ talvor %s\n\n", number, title.c_str(), command.c_str());
-    std::fflush(stdout);
+void Step(std::FILE* out, int number, const std::string& title, const std::string& command) {
+    std::fprintf(out, "\n== %d. %s\n   $ talvor %s\n\n", number, title.c_str(), command.c_str());
+    // Messages of the step go to standard error: what came before must be out first.
+    std::fflush(out);
 }
 
 std::string Join(const Args& args) {
@@ -28,11 +29,11 @@ std::string Join(const Args& args) {
 }
 
 // Runs one subcommand as the demo shows it; false when it failed.
-bool Show(int number, const std::string& title, int (*run)(const Args&), const std::string& name,
-          const Args& args) {
-    Step(number, title, name + " " + Join(args));
-    int code = run(args);
-    std::fflush(stdout);
+bool Show(std::FILE* out, int number, const std::string& title, CommandFunction run,
+          const std::string& name, const Args& args) {
+    Step(out, number, title, name + " " + Join(args));
+    int code = RunGuarded(run, args, out);
+    std::fflush(out);
     if (code != ExitOk)
         std::fprintf(stderr, "talvor: demo: step %d failed with exit code %d\n", number, code);
     return code == ExitOk;
@@ -48,12 +49,13 @@ std::string TempFolder() {
 
 } // namespace
 
-int RunDemo(const Args& args) {
+int RunDemo(const Args& args, std::FILE* out) {
     if (args.size() == 1 && (args[0] == "--help" || args[0] == "-h")) {
-        std::printf("usage: talvor demo [FORM SCRIPT]\n\n"
-                    "Runs a form description and its script (by default the bundled sample,\n"
-                    "samples/order_form.json and samples/order_form.vbs) through the script\n"
-                    "engine and the colouring of this build, showing each command it runs.\n");
+        std::fprintf(out,
+                     "usage: talvor demo [FORM SCRIPT]\n\n"
+                     "Runs a form description and its script (by default the bundled sample,\n"
+                     "samples/order_form.json and samples/order_form.vbs) through the script\n"
+                     "engine and the colouring of this build, showing each command it runs.\n");
         return ExitOk;
     }
     if (args.size() != 0 && args.size() != 2)
@@ -70,55 +72,48 @@ int RunDemo(const Args& args) {
     const std::string again = folder + "/order_form.regen2.vbs";
     const std::string page = folder + "/order_form.html";
 
-    std::printf("Talvor demo: the form %s and its script %s\n", form.c_str(), script.c_str());
+    std::fprintf(out, "Talvor demo: the form %s and its script %s\n", form.c_str(), script.c_str());
     bool ok = true;
-    ok &= Show(1, "The script taken apart into its record", RunScript, "script",
+    ok &= Show(out, 1, "The script taken apart into its record", RunScript, "script",
                {"parse", form, script});
-    ok &= Show(2, "Written back in the system's order of blocks", RunScript, "script",
+    ok &= Show(out, 2, "Written back in the system's order of blocks", RunScript, "script",
                {"regen", form, script, "--output", regenerated});
     if (ok) {
         // A script that went through once comes out of a second round trip unchanged.
-        ok &= RunScript({"regen", form, regenerated, "--output", again}) == ExitOk;
+        ok &= RunGuarded(RunScript, {"regen", form, regenerated, "--output", again}, out) == ExitOk;
         std::string first, second, error;
         ok &= platform::ReadWholeFile(regenerated, first, error) &&
               platform::ReadWholeFile(again, second, error);
-        std::printf("Wrote %s (%zu bytes). A second round trip %s.\n", regenerated.c_str(),
-                    first.size(), ok && first == second ? "changes nothing" : "CHANGED THE SCRIPT");
+        std::fprintf(out, "Wrote %s (%zu bytes). A second round trip %s.\n", regenerated.c_str(),
+                     first.size(),
+                     ok && first == second ? "changes nothing" : "CHANGED THE SCRIPT");
         ok &= first == second;
     }
-    ok &= Show(3, "Each procedure as the code tree: title, flow class, nesting", RunScript,
+    ok &= Show(out, 3, "Each procedure as the code tree: title, flow class, nesting", RunScript,
                "script", {"tree", form, script});
-    ok &= Show(4, "A code operation: a new If block behind line 1 of cmdOK_Click", RunScript,
+    ok &= Show(out, 4, "A code operation: a new If block behind line 1 of cmdOK_Click", RunScript,
                "script",
                {"op", form, script, "cmdOK_Click", "insert-after", "1", "If (itemCount > 0) Then"});
-    ok &= Show(5, "The Exit statement of cmdOK_Click moved to the top, its text worked out again",
+    ok &= Show(out, 5,
+               "The Exit statement of cmdOK_Click moved to the top, its text worked out again",
                RunScript, "script", {"op", form, script, "cmdOK_Click", "move-top", "2"});
-    ok &= Show(6,
+    ok &= Show(out, 6,
                "The script coloured as Basic (in colour on a terminal; otherwise the cookie at "
                "each line end and {n} before each run)",
                RunColor, "color", {script, "--language", "Basic"});
-    Step(7, "The same colouring as a complete HTML page", "color " + script + " --html > " + page);
+    Step(out, 7, "The same colouring as a complete HTML page",
+         "color " + script + " --html > " + page);
     {
-        // Standard output goes to the page for this one step.
-        std::fflush(stdout);
-        int saved = ::dup(1);
-        FILE* out = std::fopen(page.c_str(), "w");
-        int code = ExitInternalError;
-        if (saved >= 0 && out != nullptr) {
-            ::dup2(::fileno(out), 1);
-            code = RunColor({script, "--html"});
-            std::fflush(stdout);
-            ::dup2(saved, 1);
-        }
-        if (out != nullptr)
-            std::fclose(out);
-        if (saved >= 0)
-            ::close(saved);
-        std::printf("Wrote %s\n", page.c_str());
+        std::FILE* pageFile = std::fopen(page.c_str(), "w");
+        int code = pageFile == nullptr ? UserError("demo: cannot create '" + page + "'")
+                                       : RunGuarded(RunColor, {script, "--html"}, pageFile);
+        if (pageFile != nullptr && std::fclose(pageFile) != 0 && code == ExitOk)
+            code = UserError("demo: cannot write '" + page + "'");
+        std::fprintf(out, "Wrote %s\n", page.c_str());
         ok &= code == ExitOk;
     }
-    std::printf("\nNot in this build yet: render, typelib, alias, commands, undo.\n");
-    std::printf(ok ? "\nDemo finished.\n" : "\nDemo finished with failures (see above).\n");
+    std::fprintf(out, "\nNot in this build yet: render, typelib, alias, commands, undo.\n");
+    std::fprintf(out, ok ? "\nDemo finished.\n" : "\nDemo finished with failures (see above).\n");
     return ok ? ExitOk : ExitInternalError;
 }
 

@@ -78,11 +78,11 @@ bool ParseArguments(const Args& args, Parsed& parsed, std::string& error) {
     return true;
 }
 
-void PrintBlock(const CString& text) {
+void PrintBlock(const CString& text, std::FILE* out) {
     CStringArray lines;
     Engine().ChangeScripText(text, lines);
     for (const CString& line : lines)
-        std::printf("    | %s\n", line.GetString());
+        std::fprintf(out, "    | %s\n", line.GetString());
 }
 
 int LineCount(const CString& text) {
@@ -98,51 +98,51 @@ Json Texts(const CStringArray& texts) {
     return list;
 }
 
-int Parse(const ScriptSession& session, bool json) {
+int Parse(const ScriptSession& session, bool json, std::FILE* out) {
     const VB_ALL_PROGRAMME_INFO& info = session.info;
     if (json) {
         Json ids = Json::array();
         for (long id : info.arrFormEventID)
             ids.push_back(id);
-        Json out = {{"strGlobal", ToUtf8(info.strGlobal)},
-                    {"arrFormEventCode", Texts(info.arrFormEventCode)},
-                    {"arrFormEventID", ids},
-                    {"arrCtrlEventCode", Texts(info.arrCtrlEventCode)},
-                    {"arrSubCode", Texts(info.arrSubCode)},
-                    {"arrFunctionCode", Texts(info.arrFunctionCode)},
-                    {"outsideOfBlocks", Texts(session.outside)}};
-        std::printf("%s\n", out.dump(2).c_str());
+        Json record = {{"strGlobal", ToUtf8(info.strGlobal)},
+                       {"arrFormEventCode", Texts(info.arrFormEventCode)},
+                       {"arrFormEventID", ids},
+                       {"arrCtrlEventCode", Texts(info.arrCtrlEventCode)},
+                       {"arrSubCode", Texts(info.arrSubCode)},
+                       {"arrFunctionCode", Texts(info.arrFunctionCode)},
+                       {"outsideOfBlocks", Texts(session.outside)}};
+        std::fprintf(out, "%s\n", record.dump(2).c_str());
         return ExitOk;
     }
-    std::printf("global block: %d line(s)\n", LineCount(info.strGlobal));
-    PrintBlock(info.strGlobal);
+    std::fprintf(out, "global block: %d line(s)\n", LineCount(info.strGlobal));
+    PrintBlock(info.strGlobal, out);
     const std::pair<const char*, const CStringArray*> sections[] = {
         {"control handlers", &info.arrCtrlEventCode},
         {"subs", &info.arrSubCode},
         {"functions", &info.arrFunctionCode},
         {"form handlers", &info.arrFormEventCode}};
     for (const auto& [title, blocks] : sections) {
-        std::printf("%s: %d\n", title, static_cast<int>(blocks->GetSize()));
+        std::fprintf(out, "%s: %d\n", title, static_cast<int>(blocks->GetSize()));
         for (INT_PTR i = 0; i < blocks->GetSize(); ++i) {
-            std::printf("  [%d] %d line(s)", static_cast<int>(i), LineCount((*blocks)[i]));
+            std::fprintf(out, "  [%d] %d line(s)", static_cast<int>(i), LineCount((*blocks)[i]));
             if (blocks == &info.arrFormEventCode)
-                std::printf(", member id %ld", info.arrFormEventID[i]);
-            std::printf("\n");
-            PrintBlock((*blocks)[i]);
+                std::fprintf(out, ", member id %ld", info.arrFormEventID[i]);
+            std::fprintf(out, "\n");
+            PrintBlock((*blocks)[i], out);
         }
     }
-    std::printf("outside of blocks (dropped when written): %d line(s)\n",
-                static_cast<int>(session.outside.GetSize()));
+    std::fprintf(out, "outside of blocks (dropped when written): %d line(s)\n",
+                 static_cast<int>(session.outside.GetSize()));
     for (const CString& line : session.outside)
-        std::printf("    | %s\n", line.GetString());
+        std::fprintf(out, "    | %s\n", line.GetString());
     return ExitOk;
 }
 
-int Regen(const ScriptSession& session, const std::string& output) {
+int Regen(const ScriptSession& session, const std::string& output, std::FILE* out) {
     VB_ALL_PROGRAMME_INFO info = session.info;
     CString script = Engine().SetScriptTextByCodeInfo(&info);
     if (output.empty()) {
-        std::fwrite(script.GetString(), 1, static_cast<std::size_t>(script.GetLength()), stdout);
+        std::fwrite(script.GetString(), 1, static_cast<std::size_t>(script.GetLength()), out);
         return ExitOk;
     }
     std::string error;
@@ -186,7 +186,7 @@ std::vector<int> Depths(CStringArray& body) {
     return depth;
 }
 
-int Tree(const ScriptSession& session, const std::string& only, bool json) {
+int Tree(const ScriptSession& session, const std::string& only, bool json, std::FILE* out) {
     Json procedures = Json::array();
     bool found = false;
     for (const Procedure& procedure : session.Procedures()) {
@@ -199,7 +199,7 @@ int Tree(const ScriptSession& session, const std::string& only, bool json) {
         std::vector<int> depth = Depths(body);
         Json lines = Json::array();
         if (!json)
-            std::printf("%s\n", procedure.name.c_str());
+            std::fprintf(out, "%s\n", procedure.name.c_str());
         for (int i = 0; i < static_cast<int>(body.GetSize()); ++i) {
             ENUM_FLOWLOOP flow = Engine().CheckCodeFlow(body[i]);
             CString title = Engine().GetTreeTitleByCode(body[i]);
@@ -219,10 +219,10 @@ int Tree(const ScriptSession& session, const std::string& only, bool json) {
             }
             std::string indent(2 * static_cast<std::size_t>(depth[static_cast<std::size_t>(i)]),
                                ' ');
-            std::printf("  %3d  %s%s", i, indent.c_str(), title.GetString());
+            std::fprintf(out, "  %3d  %s%s", i, indent.c_str(), title.GetString());
             if (flow != FLOW_NONE)
-                std::printf("  [%s]", FlowNames[flow]);
-            std::printf("\n");
+                std::fprintf(out, "  [%s]", FlowNames[flow]);
+            std::fprintf(out, "\n");
         }
         if (json)
             procedures.push_back({{"name", procedure.name}, {"lines", lines}});
@@ -230,7 +230,7 @@ int Tree(const ScriptSession& session, const std::string& only, bool json) {
     if (!found && !only.empty())
         return UserError("script tree: no procedure named '" + only + "'");
     if (json)
-        std::printf("%s\n", Json{{"procedures", procedures}}.dump(2).c_str());
+        std::fprintf(out, "%s\n", Json{{"procedures", procedures}}.dump(2).c_str());
     return ExitOk;
 }
 
@@ -244,7 +244,8 @@ bool OperationByName(const std::string& name, ENUM_CODE_OPERATE& op) {
     return false;
 }
 
-int Operate(const ScriptSession& session, const std::vector<std::string>& words, bool json) {
+int Operate(const ScriptSession& session, const std::vector<std::string>& words, bool json,
+            std::FILE* out) {
     const std::string& name = words[3];
     ENUM_CODE_OPERATE op;
     if (!OperationByName(words[4], op))
@@ -263,20 +264,22 @@ int Operate(const ScriptSession& session, const std::vector<std::string>& words,
         Engine().GetDataByEventCode(procedure.text, &sub);
         int selected = Engine().CodeOperate(sub.arrCode, code, op, static_cast<int>(index));
         if (json) {
-            std::printf("%s\n", Json{{"procedure", procedure.name},
-                                     {"operation", OperationNames[op]},
-                                     {"result", selected},
-                                     {"lines", Texts(sub.arrCode)}}
-                                    .dump(2)
-                                    .c_str());
+            std::fprintf(out, "%s\n",
+                         Json{{"procedure", procedure.name},
+                              {"operation", OperationNames[op]},
+                              {"result", selected},
+                              {"lines", Texts(sub.arrCode)}}
+                             .dump(2)
+                             .c_str());
             return ExitOk;
         }
         for (int i = 0; i < static_cast<int>(sub.arrCode.GetSize()); ++i)
-            std::printf("%s %3d  %s\n", i == selected ? ">" : " ", i, sub.arrCode[i].GetString());
+            std::fprintf(out, "%s %3d  %s\n", i == selected ? ">" : " ", i,
+                         sub.arrCode[i].GetString());
         if (selected < 0)
-            std::printf("selected: none (the operation can't be done there)\n");
+            std::fprintf(out, "selected: none (the operation can't be done there)\n");
         else
-            std::printf("selected: %d\n", selected);
+            std::fprintf(out, "selected: %d\n", selected);
         return ExitOk;
     }
     return UserError("script op: no procedure named '" + name + "'");
@@ -284,9 +287,9 @@ int Operate(const ScriptSession& session, const std::vector<std::string>& words,
 
 } // namespace
 
-int RunScript(const Args& args) {
+int RunScript(const Args& args, std::FILE* out) {
     if (args.empty() || args[0] == "--help" || args[0] == "-h") {
-        std::fputs(ScriptHelp, args.empty() ? stderr : stdout);
+        std::fputs(ScriptHelp, args.empty() ? stderr : out);
         return args.empty() ? ExitUserError : ExitOk;
     }
     Parsed parsed;
@@ -306,12 +309,12 @@ int RunScript(const Args& args) {
     if (!session.Load(words[1], words[2], error))
         return UserError(error);
     if (command == "parse")
-        return Parse(session, parsed.json);
+        return Parse(session, parsed.json, out);
     if (command == "regen")
-        return Regen(session, parsed.output);
+        return Regen(session, parsed.output, out);
     if (command == "tree")
-        return Tree(session, parsed.procedure, parsed.json);
-    return Operate(session, words, parsed.json);
+        return Tree(session, parsed.procedure, parsed.json, out);
+    return Operate(session, words, parsed.json, out);
 }
 
 } // namespace talvor::tool

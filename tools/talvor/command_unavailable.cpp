@@ -2,16 +2,16 @@
 #include "tools/talvor/commands.h"
 
 namespace talvor::tool {
-int RunRender(const Args&) {
+int RunRender(const Args&, std::FILE*) {
     return NotAvailable("render");
 }
-int RunTypelib(const Args&) {
+int RunTypelib(const Args&, std::FILE*) {
     return NotAvailable("typelib");
 }
-int RunCommands(const Args&) {
+int RunCommands(const Args&, std::FILE*) {
     return NotAvailable("commands");
 }
-int RunUndo(const Args&) {
+int RunUndo(const Args&, std::FILE*) {
     return NotAvailable("undo");
 }
 } // namespace talvor::tool

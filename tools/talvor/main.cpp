@@ -7,7 +7,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <exception>
 #include <string>
 
 namespace talvor::tool {
@@ -15,7 +14,7 @@ namespace {
 
 struct Command {
     const char* name;
-    int (*run)(const Args&);
+    CommandFunction run;
     const char* summary;
 };
 
@@ -43,21 +42,6 @@ void PrintUsage(std::FILE* out) {
 }
 
 } // namespace
-
-int UserError(const std::string& message) {
-    std::fprintf(stderr, "talvor: %s\n", message.c_str());
-    return ExitUserError;
-}
-
-int InternalError(const std::string& message) {
-    std::fprintf(stderr, "talvor: internal error: %s\n", message.c_str());
-    return ExitInternalError;
-}
-
-int NotAvailable(const std::string& command) {
-    std::fprintf(stderr, "talvor: %s: not available yet\n", command.c_str());
-    return ExitInternalError;
-}
 
 } // namespace talvor::tool
 
@@ -104,11 +88,8 @@ int main(int argc, char** argv) {
     for (const Command& command : Commands) {
         if (args[i] != command.name)
             continue;
-        try {
-            return command.run(Args(args.begin() + static_cast<long>(i) + 1, args.end()));
-        } catch (const std::exception& e) {
-            return InternalError(e.what());
-        }
+        return RunGuarded(command.run, Args(args.begin() + static_cast<long>(i) + 1, args.end()),
+                          stdout);
     }
     return UserError("unknown command '" + args[i] + "' (see talvor --help)");
 }

@@ -1,0 +1,56 @@
+// Ids of the strings, menus and tool bars of TalvorRes. The resource script includes this file
+// and so do the code and tests that load them, so each id is written once. The ids are
+// preprocessor names because resource scripts know no other kind.
+#pragma once
+
+// Words of the script language, one role per line.
+#define IDS_FLOW_KEYWORDS 8514
+#define IDS_EXIT_KEYWORDS 8515
+#define IDS_FORM_NAMES 8518
+#define IDS_PROCEDURE_KEYWORDS 8574
+
+// Titles of the code tree.
+#define IDS_IF_TITLES 8509
+#define IDS_LOOP_TITLES 8510
+#define IDS_FOR_TITLES 8511
+#define IDS_EXIT_TITLES 8512
+#define IDS_CALL_TITLES 8519
+
+// Messages of the name check, one line per kind of error.
+#define IDS_NAME_ERRORS 8473
+
+// Editor.
+#define IDS_RICH_EDIT_MISSING 8390
+#define IDS_UNDO_ACTIONS 8399
+#define IDS_REDO_ACTIONS 8400
+
+// Language and code page picker.
+#define IDS_DEFAULT_LANGUAGE 8378
+#define IDS_SYSTEM_DEFAULT_LANGUAGE 8380
+#define IDS_USER_DEFAULT_LANGUAGE 8381
+
+// Command designer.
+#define IDS_REPLACE_EXISTING_FILE 8332
+#define IDS_MENUS_CATEGORY 8334
+#define IDS_MENU_BAR_TITLE 8353
+#define IDS_STANDARD_BAR_TITLE 5402
+
+// Undo history: the actions, one per line, and the objects they act on.
+#define IDS_UNDO_ACTION_NAMES 8405
+#define IDS_OBJECT_TOOL_BAR 8111
+#define IDS_OBJECT_MENU 8124
+#define IDS_OBJECT_COMMAND 8153
+#define IDS_OBJECT_PROPERTY 8233
+#define IDS_OBJECT_CONTROL 8234
+#define IDS_OBJECT_EVENT 8235
+#define IDS_OBJECT_SCRIPT 8236
+#define IDS_OBJECT_CONTROLS 8237
+#define IDS_OBJECT_FORM 8238
+#define IDS_OBJECT_TAB_ORDER 8239
+#define IDS_OBJECT_ALIAS 8240
+#define IDS_OBJECT_GROUP 8245
+#define IDS_OBJECT_LABEL 5418
+#define IDS_OBJECT_BUTTON 5424
+#define IDS_OBJECT_CHECK_BOX 5425
+#define IDS_OBJECT_TEXT_BOX 5426
+#define IDS_OBJECT_PICTURE 5427
