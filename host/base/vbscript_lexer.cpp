@@ -375,8 +375,8 @@ private:
             for (std::size_t i = digits; i < end; ++i) {
                 if (m_text[i] > '7') {
                     Push(TokenKind::Invalid, m_pos, end - m_pos);
-                    Error(i, std::string("malformed octal number: '") + m_text[i] +
-                                 "' is not an octal digit");
+                    Error(m_pos, std::string("malformed octal number: '") + m_text[i] +
+                                     "' is not an octal digit");
                     m_pos = end;
                     return;
                 }

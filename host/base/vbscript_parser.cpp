@@ -295,6 +295,12 @@ private:
     }
 
     std::string Describe(const Token& token) const {
+        // "End" with its word: "found 'End Sub'".
+        if (token.keyword == Keyword::End && &token == &Cur()) {
+            const Closer closer = CloserAt();
+            if (closer != Closer::EndOther)
+                return std::string("'") + CloserText(closer) + "'";
+        }
         switch (token.kind) {
         case TokenKind::EndOfScript:
             return "end of script";

@@ -72,6 +72,65 @@ std::vector<ProcedureInfo> SyntaxTree::Procedures() const {
     return out;
 }
 
+std::string SExpression(const SyntaxTree& tree, NodeIndex index) {
+    if (index == NoNode)
+        return "?";
+    const Node& node = tree.At(index);
+    const std::string text(tree.Text(node));
+    std::string out;
+    auto children = [&] {
+        for (NodeIndex child = node.firstChild; child != NoNode; child = tree.At(child).nextSibling)
+            out += " " + SExpression(tree, child);
+    };
+    switch (node.kind) {
+    case NodeKind::Identifier:
+    case NodeKind::IntegerLiteral:
+    case NodeKind::FloatLiteral:
+    case NodeKind::StringLiteral:
+    case NodeKind::DateLiteral:
+    case NodeKind::TrueLiteral:
+    case NodeKind::FalseLiteral:
+    case NodeKind::NothingLiteral:
+    case NodeKind::EmptyLiteral:
+    case NodeKind::NullLiteral:
+        return text;
+    case NodeKind::Me:
+        return "Me";
+    case NodeKind::MissingArgument:
+        return "_";
+    case NodeKind::WithMember:
+        return "." + text;
+    case NodeKind::New:
+        return "(new " + text + ")";
+    case NodeKind::MemberAccess:
+        out = "(.";
+        children();
+        return out + " " + text + ")";
+    case NodeKind::CallOrIndex:
+        out = "(call";
+        children();
+        return out + ")";
+    case NodeKind::Parenthesized:
+        out = "(paren";
+        children();
+        return out + ")";
+    case NodeKind::Unary:
+    case NodeKind::Binary:
+        out = std::string("(") + OperatorName(node.op);
+        if (node.op == Operator::Negate)
+            out = "(neg";
+        children();
+        return out + ")";
+    default:
+        break;
+    }
+    out = std::string("(") + NodeKindName(node.kind);
+    if (!text.empty())
+        out += " " + text;
+    children();
+    return out + ")";
+}
+
 const char* NodeKindName(NodeKind kind) {
     static const char* const Names[] = {"Script",
                                         "Block",

@@ -216,6 +216,10 @@ public:
     bool HasErrors() const { return !errors.empty(); }
 };
 
+// A node and its children as one line: expressions as "(+ a (* b 2))", "(call f x _)",
+// "(. obj Name)", ".Name"; statements as "(Kind text children...)". For tests and dumps.
+std::string SExpression(const SyntaxTree& tree, NodeIndex index);
+
 const char* NodeKindName(NodeKind kind);
 const char* OperatorName(Operator op);
 const char* ProcedureKindName(ProcedureKind kind); // "Sub", "Function", "Property Get", ...
