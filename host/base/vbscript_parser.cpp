@@ -247,6 +247,7 @@ private:
     int m_depth = 0;
     int m_inline = 0;            // inside a single-line If
     bool m_sawStatement = false; // a statement other than Option Explicit at the top level
+    bool m_closeFailed = false;  // the last construct read has no closer
 
     // ---- tokens
 
@@ -500,11 +501,14 @@ private:
             if (InnermostProcedure() != nullptr && IsProcedureHead())
                 return;
             const std::size_t before = m_pos;
+            m_closeFailed = false;
             ParseStatement(block);
-            if (!AtStatementEnd()) {
+            // A block left open stops in front of an outer closer, which must stay for it.
+            if (!m_closeFailed && !AtStatementEnd()) {
                 ErrorAt(Cur(), "expected end of statement, found " + Describe(Cur()));
                 SkipLine();
             }
+            m_closeFailed = false;
             if (m_pos == before)
                 Advance();
         }
@@ -572,6 +576,7 @@ private:
                                CloserText(closer) + "', found " + Describe(Cur()));
         }
         open.reported = true;
+        m_closeFailed = true;
         return false;
     }
 

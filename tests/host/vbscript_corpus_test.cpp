@@ -157,6 +157,7 @@ TEST(VbscriptCorpus, RemovedEndIfFailsAtTheProcedureEnd) {
                 EXPECT_EQ(error.message.substr(0, error.message.find(", found")),
                           "'If' on line " + std::to_string(node.begin.line) +
                               " is not closed: expected 'End If'");
+                EXPECT_EQ(broken.errors.size(), 1u) << Errors(broken);
                 ++tried;
                 break; // one If per procedure keeps the run short
             }
