@@ -1665,7 +1665,8 @@ SyntaxTree ParseScript(std::string_view source) {
     SyntaxTree tree;
     tree.source.assign(source);
     LexResult lexed = Tokenize(tree.source);
-    tree.nodes.reserve(lexed.tokens.size() + 1);
+    // Real scripts make about one node for every two tokens.
+    tree.nodes.reserve(lexed.tokens.size() / 2 + 16);
     Parser(tree, lexed).Run();
     tree.comments = std::move(lexed.comments);
     // Lexer and parser errors by position; behind the first error of a line the others on it
