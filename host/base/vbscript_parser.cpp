@@ -248,6 +248,7 @@ private:
     int m_inline = 0;            // inside a single-line If
     bool m_sawStatement = false; // a statement other than Option Explicit at the top level
     bool m_closeFailed = false;  // the last construct read has no closer
+    int m_operations = 0;        // in the statement being read; see MaxStatementOperations
 
     // ---- tokens
 
@@ -406,6 +407,15 @@ private:
         return static_cast<NodeIndex>(m_tree.nodes.size() - 1);
     }
 
+    // An empty argument has no token of its own; it stands right behind the one before it.
+    NodeIndex NewMissingArgument() {
+        Node node;
+        node.kind = NodeKind::MissingArgument;
+        node.begin = node.end = EndOfPrevious();
+        m_tree.nodes.push_back(node);
+        return static_cast<NodeIndex>(m_tree.nodes.size() - 1);
+    }
+
     NodeIndex NewNamed(NodeKind kind, const Token& first, const Token& name) {
         const NodeIndex node = NewNode(kind, first);
         SetText(node, name);
@@ -417,9 +427,13 @@ private:
         m_tree.nodes[node].textLength = token.length;
     }
 
+    // An empty block ends where it begins, not behind the token before it.
     void Finish(NodeIndex node) {
-        if (node != NoNode)
-            m_tree.nodes[node].end = EndOfPrevious();
+        if (node == NoNode)
+            return;
+        Node& n = m_tree.nodes[node];
+        const SourcePosition end = EndOfPrevious();
+        n.end = end.offset < n.begin.offset ? n.begin : end;
     }
 
     void AddChild(NodeIndex parent, NodeIndex child) {
@@ -502,6 +516,7 @@ private:
                 return;
             const std::size_t before = m_pos;
             m_closeFailed = false;
+            m_operations = 0;
             ParseStatement(block);
             // A block left open stops in front of an outer closer, which must stay for it.
             if (!m_closeFailed && !AtStatementEnd()) {
@@ -980,6 +995,7 @@ private:
                 SkipLine();
                 break;
             }
+            m_operations = 0;
             ParseStatement(block);
             if (!AtStatementEnd()) {
                 ErrorAt(Cur(), "expected end of statement, found " + Describe(Cur()));
@@ -1369,8 +1385,7 @@ private:
     void ParseArgumentList(NodeIndex call) {
         for (;;) {
             if (Is(TokenKind::Comma) || AtStatementEnd()) {
-                const NodeIndex missing = NewNode(NodeKind::MissingArgument, Cur());
-                AddChild(call, missing);
+                AddChild(call, NewMissingArgument());
             } else {
                 AddChild(call, ParseExpression());
             }
@@ -1414,6 +1429,8 @@ private:
             const uint8_t flags = Cur().flags;
             if (Is(TokenKind::Dot) &&
                 (!(flags & TokenFlag::SpaceBefore) || (flags & TokenFlag::Continued))) {
+                if (!CountOperation())
+                    return node;
                 Advance();
                 const NodeIndex access = NewNode(NodeKind::MemberAccess, first);
                 AddChild(access, node);
@@ -1424,6 +1441,8 @@ private:
                 if (chainEnd != nullptr)
                     chainEnd->lastArguments = NoNode;
             } else if (Is(TokenKind::LeftParen)) {
+                if (!CountOperation())
+                    return node;
                 const std::size_t parenToken = m_pos;
                 const NodeIndex call = NewNode(NodeKind::CallOrIndex, first);
                 if (chainEnd != nullptr)
@@ -1463,7 +1482,7 @@ private:
     void ParseCallArguments(NodeIndex call) {
         for (;;) {
             if (Is(TokenKind::Comma) || Is(TokenKind::RightParen))
-                AddChild(call, NewNode(NodeKind::MissingArgument, Cur()));
+                AddChild(call, NewMissingArgument());
             else
                 AddChild(call, ParseExpression());
             if (!Is(TokenKind::Comma))
@@ -1527,6 +1546,19 @@ private:
         }
     }
 
+    // Counts one more level of a left-leaning chain; false when the statement has too many.
+    bool CountOperation() {
+        if (++m_operations <= MaxStatementOperations)
+            return true;
+        if (m_pos + 1 < m_tokens.size()) {
+            ErrorAt(Cur(), "statement with more than " + std::to_string(MaxStatementOperations) +
+                               " operators, member accesses and calls; the rest of the script "
+                               "is not read");
+            m_pos = m_tokens.size() - 1;
+        }
+        return false;
+    }
+
     NodeIndex Binary(Operator op, const Token& first, NodeIndex left, NodeIndex right) {
         const NodeIndex node = NewNode(NodeKind::Binary, first);
         m_tree.nodes[node].op = op;
@@ -1569,6 +1601,8 @@ private:
             NodeIndex left = ParseOperand();
             while (Is(TokenKind::Caret)) {
                 Advance();
+                if (!CountOperation())
+                    return left;
                 // "2 ^ -1": a sign may open the right operand.
                 const NodeIndex right = Is(TokenKind::Minus) || Is(TokenKind::Plus)
                                             ? ParseLevel(Level::Negate)
@@ -1584,6 +1618,8 @@ private:
             if (op == Operator::None)
                 return left;
             Advance();
+            if (!CountOperation())
+                return left;
             left = Binary(op, first, left, ParseLevel(next));
         }
     }

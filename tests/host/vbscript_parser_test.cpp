@@ -182,6 +182,20 @@ TEST(VbscriptStatements, EachFormReadsAsItsNode) {
     }
 }
 
+TEST(VbscriptStatements, EmptyArgumentsLieInsideTheirCall) {
+    for (const char* script : {"obj.Add \"k\", \r\nx = 1", "f(1, , )", "f , "}) {
+        SCOPED_TRACE(script);
+        const SyntaxTree tree = ParseScript(script);
+        ASSERT_FALSE(tree.HasErrors());
+        const Node& call = tree.At(tree.At(tree.Root().firstChild).firstChild);
+        ASSERT_EQ(call.kind, NodeKind::CallOrIndex);
+        const Node& last = tree.At(call.lastChild);
+        EXPECT_EQ(last.kind, NodeKind::MissingArgument);
+        EXPECT_GE(last.begin.offset, call.begin.offset);
+        EXPECT_LE(last.end.offset, call.end.offset);
+    }
+}
+
 TEST(VbscriptStatements, LoopConditionsAndExitKindsAreKept) {
     const SyntaxTree tree = ParseScript("Do\nLoop Until a\nDo While b\nLoop\n"
                                         "Function F\n Exit Function\nEnd Function");
@@ -347,6 +361,33 @@ TEST(VbscriptLimits, DeepNestingIsRefusedNotOverflowed) {
     // Just below the limit reads fine.
     std::string fine = "x = " + std::string(150, '(') + "1" + std::string(150, ')');
     EXPECT_FALSE(ParseScript(fine).HasErrors());
+}
+
+TEST(VbscriptLimits, LongOperatorChainsAreRefusedPastTheLimit) {
+    const std::string limitMessage = "statement with more than " +
+                                     std::to_string(MaxStatementOperations) +
+                                     " operators, member accesses and calls; the rest of the "
+                                     "script is not read";
+    std::string concatenation = "x = a", members = "x = a", calls = "x = f";
+    for (int i = 0; i < 20000; ++i) {
+        concatenation += " & a";
+        members += ".b";
+        calls += "(1)";
+    }
+    for (const std::string* script : {&concatenation, &members, &calls}) {
+        const SyntaxTree tree = ParseScript(*script + "\nSub S\nEnd Sub");
+        ASSERT_FALSE(tree.errors.empty());
+        EXPECT_EQ(tree.errors.front().message, limitMessage);
+    }
+    // The count is per statement: many long statements are fine.
+    std::string manyLong;
+    for (int line = 0; line < 10; ++line) {
+        manyLong += "x = 1";
+        for (int i = 0; i < MaxStatementOperations - 1; ++i)
+            manyLong += " + 1";
+        manyLong += "\n";
+    }
+    EXPECT_FALSE(ParseScript(manyLong).HasErrors());
 }
 
 TEST(VbscriptLimits, LineEndsOfEveryKindCountLines) {
