@@ -22,6 +22,9 @@ using HRESULT = std::int32_t;
 using LCID = std::uint32_t;
 using INT_PTR = std::intptr_t;
 using UINT_PTR = std::uintptr_t;
+// The framework's cursor into a collection: opaque, null before the first and after the last.
+struct PositionTag;
+using POSITION = PositionTag*;
 using LPCTSTR = const char*;
 using LPTSTR = char*;
 using LPCSTR = const char*;

@@ -4,6 +4,7 @@
 
 #include "engine/script_text_disposal.h"
 #include "platform/files/file_system.h"
+#include "tools/talvor/script_check.h"
 #include "tools/talvor/script_session.h"
 
 #include <nlohmann/json.hpp>
@@ -24,6 +25,7 @@ const char* const ScriptHelp =
     "       talvor script regen FORM SCRIPT [--output FILE]\n"
     "       talvor script tree FORM SCRIPT [--procedure NAME] [--json]\n"
     "       talvor script op FORM SCRIPT PROCEDURE OPERATION INDEX [CODE] [--json]\n"
+    "       talvor script check SCRIPT... [--json]\n"
     "\n"
     "FORM is a form description (JSON: the controls in tab order with their events, and the\n"
     "form's own events); SCRIPT is the form's VBScript text.\n"
@@ -35,7 +37,9 @@ const char* const ScriptHelp =
     "         line\n"
     "  op     one code operation on a procedure's body: new, modify, delete, insert-before,\n"
     "         insert-after, add-else, move-up, move-down, move-top, move-bottom (or 0 to 9) at\n"
-    "         line INDEX (from 0) with statement CODE; prints the body and the line to select\n";
+    "         line INDEX (from 0) with statement CODE; prints the body and the line to select\n"
+    "  check  syntax errors of each VBScript file as FILE:LINE:COLUMN: message (columns count\n"
+    "         bytes from 1); exit code 1 when there is any\n";
 
 const char* const FlowNames[] = {"none",   "if",       "else",      "end-if",     "for",
                                  "next",   "do-while", "loop",      "do",         "loop-while",
@@ -292,6 +296,8 @@ int RunScript(const Args& args, std::FILE* out) {
         std::fputs(ScriptHelp, args.empty() ? stderr : out);
         return args.empty() ? ExitUserError : ExitOk;
     }
+    if (args[0] == "check")
+        return RunScriptCheck(Args(args.begin() + 1, args.end()));
     Parsed parsed;
     std::string error;
     if (!ParseArguments(args, parsed, error))

@@ -20,7 +20,8 @@ struct Command {
 
 const Command Commands[] = {
     {"demo", RunDemo, "run the bundled sample form through every subcommand"},
-    {"script", RunScript, "parse|regen|tree|op ...: take a form script apart and write it back"},
+    {"script", RunScript,
+     "parse|regen|tree|op|check ...: take a form script apart, write it back, check it"},
     {"color", RunColor, "FILE [--language NAME|--code N] [--html|--ansi]: colour source text"},
     {"render", RunRender, "paint an editor view of a file to PNG"},
     {"typelib", RunTypelib, "dump|props: describe a type library or PE file"},
