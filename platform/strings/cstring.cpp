@@ -11,6 +11,9 @@
 #include <vector>
 
 using talvor::platform::CharLengthAt;
+using talvor::platform::CodePageUtf8;
+using talvor::platform::IsMultiByteCodePage;
+using talvor::platform::SystemCodePage;
 
 namespace {
 
@@ -30,7 +33,23 @@ std::size_t SpanOf(std::string_view text, std::string_view set, bool including) 
 
 // Start of the trailing run of characters in set, found by a forward walk so that a trail
 // byte is never mistaken for a character of its own.
+// True when no byte below 0x80 can be part of a longer character: single-byte pages and
+// UTF-8, not the double-byte pages, whose trail bytes reach down to 0x40.
+bool AsciiStandsAlone() {
+    return !IsMultiByteCodePage() || SystemCodePage() == CodePageUtf8;
+}
+
 std::size_t TrailingStart(std::string_view text, std::string_view set) {
+    const bool asciiSet = std::all_of(set.begin(), set.end(),
+                                      [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (asciiSet && AsciiStandsAlone()) {
+        // The run can be found from the end: a byte of the set is a character of its own.
+        std::size_t start = text.size();
+        while (start > 0 && text[start - 1] != '\0' &&
+               set.find(text[start - 1]) != std::string_view::npos)
+            --start;
+        return start;
+    }
     std::size_t start = text.size();
     bool inRun = false;
     for (std::size_t pos = 0; pos < text.size();) {
