@@ -112,7 +112,10 @@ int RunDemo(const Args& args, std::FILE* out) {
         std::fprintf(out, "Wrote %s\n", page.c_str());
         ok &= code == ExitOk;
     }
-    std::fprintf(out, "\nNot in this build yet: render, typelib, alias, commands, undo.\n");
+    const std::string formAlias = samples + "/OcxAlias/Orvane 2_0 Form.ini";
+    ok &= Show(out, 8, "The form's alias file: its members' names and descriptions in German",
+               RunAlias, "alias", {"list", formAlias, "--lang", "0x0407"});
+    std::fprintf(out, "\nNot in this build yet: render, typelib, commands, undo.\n");
     std::fprintf(out, ok ? "\nDemo finished.\n" : "\nDemo finished with failures (see above).\n");
     return ok ? ExitOk : ExitInternalError;
 }
