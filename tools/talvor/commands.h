@@ -22,6 +22,7 @@ int RunAlias(const Args& args, std::FILE* out);
 int RunCommands(const Args& args, std::FILE* out);
 int RunUndo(const Args& args, std::FILE* out);
 int RunDemo(const Args& args, std::FILE* out);
+int RunLsp(const Args& args, std::FILE* out);
 
 // Runs a subcommand and turns what it throws into a message and an exit code: the framework's
 // file and archive exceptions (thrown as pointers, deleted here) are bad input, 1, except an

@@ -27,6 +27,7 @@ const Command Commands[] = {
     {"typelib", RunTypelib, "dump|props: describe a type library or PE file"},
     {"alias", RunAlias, "get|set|fill|normalize|list|languages: per-control alias files"},
     {"commands", RunCommands, "dump|reset|save|load|copy: command-bar designs"},
+    {"lsp", RunLsp, "language server for VBScript form scripts over standard input and output"},
     {"undo", RunUndo, "snapshot history of a design"},
 };
 

@@ -1,0 +1,65 @@
+// The language server for VBScript form scripts: messages in, messages out, no I/O. The
+// transport (talvor lsp) reads framed messages, hands each to Receive, sends what comes back,
+// and calls Idle when no input waits, which publishes the diagnostics of changed documents
+// once per burst of edits.
+#pragma once
+
+#include "lsp/text_document.h"
+
+#include <nlohmann/json.hpp>
+
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace talvor::lsp {
+
+using Json = nlohmann::json;
+
+// JSON-RPC error codes the server answers with.
+enum ErrorCode : int {
+    ParseError = -32700,
+    InvalidRequest = -32600,
+    MethodNotFound = -32601,
+    InvalidParams = -32602,
+    InternalError = -32603,
+    ServerNotInitialized = -32002,
+    RequestCancelled = -32800,
+};
+
+class LanguageServer {
+public:
+    // One message body as the client sent it; malformed JSON gives a ParseError response.
+    std::vector<Json> ReceiveText(std::string_view body);
+    // One parsed message: the responses and notifications to send, in order.
+    std::vector<Json> Receive(const Json& message);
+    // Diagnostics of every document changed since the last call.
+    std::vector<Json> Idle();
+
+    // True once "exit" came; the process should end with ExitCode().
+    bool Exited() const { return m_exited; }
+    // 0 after "shutdown" then "exit", 1 for an "exit" without "shutdown".
+    int ExitCode() const { return m_shutdown ? 0 : 1; }
+
+    // The open document of a URI, or null.
+    const TextDocument* Document(const std::string& uri) const;
+
+private:
+    Json Dispatch(const std::string& method, const Json& params, std::vector<Json>& out);
+    Json Initialize(const Json& params);
+    void DidOpen(const Json& params);
+    void DidChange(const Json& params);
+    void DidClose(const Json& params, std::vector<Json>& out);
+    const TextDocument& RequireDocument(const Json& params) const;
+
+    std::map<std::string, TextDocument> m_documents;
+    std::set<std::string> m_changed;   // documents whose diagnostics are due
+    std::set<std::string> m_cancelled; // ids of requests the client gave up, as JSON text
+    bool m_initialized = false;
+    bool m_shutdown = false;
+    bool m_exited = false;
+};
+
+} // namespace talvor::lsp

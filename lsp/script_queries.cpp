@@ -1,0 +1,271 @@
+// The server's questions of one script, answered from the VBScript parser's syntax tree: the
+// tree gives byte offsets, the document turns them into protocol positions.
+#include "lsp/detail/script_queries.h"
+
+#include "host/base/vbscript_parser.h"
+
+#include <cstdint>
+#include <strings.h>
+
+namespace talvor::lsp::detail {
+namespace {
+
+namespace vbs = talvor::host::vbscript;
+
+// LSP symbol kinds.
+enum SymbolKind {
+    Class = 5,
+    Method = 6,
+    Property = 7,
+    Function = 12,
+    Variable = 13,
+    Constant = 14
+};
+
+Json PositionJson(const TextDocument& document, std::size_t offset) {
+    const Position position = document.PositionAt(offset);
+    return Json{{"line", position.line}, {"character", position.character}};
+}
+
+Json RangeJson(const TextDocument& document, std::size_t from, std::size_t to) {
+    return Json{{"start", PositionJson(document, from)}, {"end", PositionJson(document, to)}};
+}
+
+Json RangeOfText(const TextDocument& document, const vbs::Node& node) {
+    return RangeJson(document, node.textOffset, node.textOffset + node.textLength);
+}
+
+bool IsWordByte(char c) {
+    const unsigned char b = static_cast<unsigned char>(c);
+    return (b >= 'A' && b <= 'Z') || (b >= 'a' && b <= 'z') || (b >= '0' && b <= '9') || b == '_';
+}
+
+// The name under (or just behind) the position; empty when there is none.
+std::string WordAt(const TextDocument& document, Position position) {
+    const std::string& text = document.Text();
+    std::size_t offset = document.OffsetAt(position);
+    if ((offset >= text.size() || !IsWordByte(text[offset])) && offset > 0 &&
+        IsWordByte(text[offset - 1]))
+        --offset;
+    if (offset >= text.size() || !IsWordByte(text[offset]))
+        return {};
+    std::size_t start = offset;
+    while (start > 0 && IsWordByte(text[start - 1]))
+        --start;
+    std::size_t end = offset;
+    while (end < text.size() && IsWordByte(text[end]))
+        ++end;
+    return text.substr(start, end - start);
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
+
+bool Declares(vbs::NodeKind kind) {
+    return kind == vbs::NodeKind::Procedure || kind == vbs::NodeKind::Parameter ||
+           kind == vbs::NodeKind::Declarator || kind == vbs::NodeKind::ConstDeclarator ||
+           kind == vbs::NodeKind::ClassDeclaration;
+}
+
+// Every node that names `name`: declarations and plain identifiers.
+std::vector<const vbs::Node*> Uses(const vbs::SyntaxTree& tree, std::string_view name,
+                                   bool withDeclarations) {
+    std::vector<const vbs::Node*> uses;
+    for (const vbs::Node& node : tree.nodes) {
+        const bool identifier = node.kind == vbs::NodeKind::Identifier;
+        if (!identifier && !(withDeclarations && Declares(node.kind)))
+            continue;
+        if (node.textLength > 0 && SameName(tree.Text(node), name))
+            uses.push_back(&node);
+    }
+    return uses;
+}
+
+int ProcedureSymbolKind(vbs::ProcedureKind kind, bool inClass) {
+    if (kind == vbs::ProcedureKind::PropertyGet || kind == vbs::ProcedureKind::PropertyLet ||
+        kind == vbs::ProcedureKind::PropertySet)
+        return Property;
+    return inClass ? Method : Function;
+}
+
+Json Symbol(const TextDocument& document, const std::string& name, const char* detail, int kind,
+            const vbs::Node& node) {
+    return Json{{"name", ToUtf8(name)},
+                {"detail", detail},
+                {"kind", kind},
+                {"range", RangeJson(document, node.begin.offset, node.end.offset)},
+                {"selectionRange", RangeOfText(document, node)},
+                {"children", Json::array()}};
+}
+
+// Symbols of the statements of a block: classes with their members, procedures, and the
+// variables and constants declared at this level.
+void BlockSymbols(const TextDocument& document, const vbs::SyntaxTree& tree, vbs::NodeIndex block,
+                  bool inClass, Json& symbols) {
+    for (vbs::NodeIndex index : tree.Children(block)) {
+        const vbs::Node& node = tree.At(index);
+        const std::string name(tree.Text(node));
+        switch (node.kind) {
+        case vbs::NodeKind::ClassDeclaration: {
+            Json symbol = Symbol(document, name, "Class", Class, node);
+            for (vbs::NodeIndex child : tree.Children(index))
+                if (tree.At(child).kind == vbs::NodeKind::Block)
+                    BlockSymbols(document, tree, child, true, symbol["children"]);
+            symbols.push_back(symbol);
+            break;
+        }
+        case vbs::NodeKind::Procedure: {
+            const auto kind = static_cast<vbs::ProcedureKind>(node.detail & 0x0F);
+            symbols.push_back(Symbol(document, name, vbs::ProcedureKindName(kind),
+                                     ProcedureSymbolKind(kind, inClass), node));
+            break;
+        }
+        case vbs::NodeKind::VariableDeclaration:
+        case vbs::NodeKind::ConstDeclaration: {
+            const bool constant = node.kind == vbs::NodeKind::ConstDeclaration;
+            for (vbs::NodeIndex child : tree.Children(index)) {
+                const vbs::Node& declarator = tree.At(child);
+                symbols.push_back(Symbol(document, std::string(tree.Text(declarator)),
+                                         constant ? "Const" : "Dim", constant ? Constant : Variable,
+                                         declarator));
+            }
+            break;
+        }
+        default:
+            break;
+        }
+    }
+}
+
+bool Folds(vbs::NodeKind kind) {
+    switch (kind) {
+    case vbs::NodeKind::ClassDeclaration:
+    case vbs::NodeKind::Procedure:
+    case vbs::NodeKind::If:
+    case vbs::NodeKind::SelectCase:
+    case vbs::NodeKind::DoLoop:
+    case vbs::NodeKind::WhileLoop:
+    case vbs::NodeKind::ForLoop:
+    case vbs::NodeKind::ForEachLoop:
+    case vbs::NodeKind::With:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+Json Diagnostics(const TextDocument& document) {
+    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    Json diagnostics = Json::array();
+    for (const vbs::SyntaxError& error : tree.errors) {
+        // The error's place to the end of its line, so an editor underlines what follows.
+        const Position start = document.PositionAt(error.position.offset);
+        const std::size_t lineEnd = document.OffsetAt(Position{start.line, SIZE_MAX});
+        const std::size_t end = std::max<std::size_t>(lineEnd, error.position.offset);
+        diagnostics.push_back(Json{{"range", RangeJson(document, error.position.offset, end)},
+                                   {"severity", 1},
+                                   {"source", "talvor"},
+                                   {"message", ToUtf8(error.message)}});
+    }
+    return diagnostics;
+}
+
+Json DocumentSymbols(const TextDocument& document) {
+    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    Json symbols = Json::array();
+    BlockSymbols(document, tree, 0, false, symbols);
+    return symbols;
+}
+
+Json FoldingRanges(const TextDocument& document) {
+    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    Json ranges = Json::array();
+    for (const vbs::Node& node : tree.nodes) {
+        // The closing line stays visible: the range ends on the line before it.
+        if (Folds(node.kind) && node.end.line > node.begin.line + 1)
+            ranges.push_back(
+                Json{{"startLine", node.begin.line - 1}, {"endLine", node.end.line - 2}});
+    }
+    // Runs of whole-line comments fold as one.
+    const auto& comments = tree.comments;
+    for (std::size_t i = 0; i < comments.size();) {
+        std::size_t j = i;
+        auto wholeLine = [&](std::size_t k) {
+            const std::string_view line = document.Line(comments[k].begin.line - 1);
+            return line.find_first_not_of(" \t") == comments[k].begin.column - 1;
+        };
+        while (j + 1 < comments.size() && wholeLine(j) && wholeLine(j + 1) &&
+               comments[j + 1].begin.line == comments[j].begin.line + 1)
+            ++j;
+        if (j > i)
+            ranges.push_back(Json{{"startLine", comments[i].begin.line - 1},
+                                  {"endLine", comments[j].begin.line - 1},
+                                  {"kind", "comment"}});
+        i = j + 1;
+    }
+    return ranges;
+}
+
+Json Definition(const TextDocument& document, Position position) {
+    const std::string word = WordAt(document, position);
+    Json locations = Json::array();
+    if (word.empty())
+        return locations;
+    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    for (const vbs::Node& node : tree.nodes)
+        if ((node.kind == vbs::NodeKind::Procedure ||
+             node.kind == vbs::NodeKind::ClassDeclaration) &&
+            SameName(tree.Text(node), word))
+            locations.push_back(
+                Json{{"uri", document.Uri()}, {"range", RangeOfText(document, node)}});
+    return locations;
+}
+
+Json References(const TextDocument& document, Position position, bool withDeclarations) {
+    const std::string word = WordAt(document, position);
+    Json locations = Json::array();
+    if (word.empty())
+        return locations;
+    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    for (const vbs::Node* node : Uses(tree, word, withDeclarations))
+        locations.push_back(Json{{"uri", document.Uri()}, {"range", RangeOfText(document, *node)}});
+    return locations;
+}
+
+Json Highlights(const TextDocument& document, Position position) {
+    const std::string word = WordAt(document, position);
+    Json highlights = Json::array();
+    if (word.empty())
+        return highlights;
+    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    for (const vbs::Node* node : Uses(tree, word, true)) {
+        // Text 1, Read 2, Write 3: a declaration or an assignment's target is written.
+        highlights.push_back(
+            Json{{"range", RangeOfText(document, *node)}, {"kind", Declares(node->kind) ? 3 : 2}});
+    }
+    return highlights;
+}
+
+Json Hover(const TextDocument& document, Position position) {
+    const std::string word = WordAt(document, position);
+    if (word.empty())
+        return nullptr;
+    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    for (const vbs::ProcedureInfo& procedure : tree.Procedures()) {
+        if (!SameName(procedure.name, word))
+            continue;
+        const std::string_view head = document.Line(procedure.begin.line - 1);
+        std::string value = "```vbscript\n" + ToUtf8(head) + "\n```";
+        if (!procedure.className.empty())
+            value += "\nin class " + ToUtf8(procedure.className);
+        return Json{{"contents", {{"kind", "markdown"}, {"value", value}}},
+                    {"range", RangeJson(document, procedure.nameAt.offset,
+                                        procedure.nameAt.offset + procedure.name.size())}};
+    }
+    return nullptr;
+}
+
+} // namespace talvor::lsp::detail
