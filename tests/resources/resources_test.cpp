@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <regex>
 #include <sstream>
 #include <unistd.h>
 
@@ -97,14 +96,15 @@ TEST(TalvorRes, IdsKeepTheirPublishedNumbers) {
 TEST(TalvorRes, EveryIdOfTheHeaderHasItsText) {
     std::ifstream header(TALVOR_SOURCE_DIR "/resources/talvor_res_ids.h");
     ASSERT_TRUE(header.good());
-    std::stringstream text;
-    text << header.rdbuf();
-    std::string source = text.str();
-    std::regex define(R"(#define (IDS_\w+) (\d+))");
     int ids = 0;
-    for (std::sregex_iterator it(source.begin(), source.end(), define), end; it != end; ++it) {
-        SCOPED_TRACE((*it)[1].str());
-        EXPECT_FALSE(resources::LoadTalvorString(std::stoul((*it)[2].str())).empty());
+    for (std::string line; std::getline(header, line);) {
+        std::istringstream words(line);
+        std::string directive, name;
+        unsigned id = 0;
+        if (!(words >> directive >> name >> id) || directive != "#define")
+            continue;
+        SCOPED_TRACE(name);
+        EXPECT_FALSE(resources::LoadTalvorString(id).empty());
         ++ids;
     }
     EXPECT_GE(ids, 30);

@@ -5,7 +5,6 @@
 #include "platform/codepage/code_page.h"
 #include "platform/core/ascii.h"
 
-#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -43,8 +42,6 @@ const PageInfo* FindPage(unsigned codePage) {
     return nullptr;
 }
 
-namespace {
-
 unsigned CodePageFromEnvironment() {
     for (const char* name : {"TALVOR_CODE_PAGE", "LC_ALL", "LC_CTYPE", "LANG"}) {
         const char* value = std::getenv(name);
@@ -67,17 +64,6 @@ unsigned CodePageFromEnvironment() {
         return CodePageWestern;
     }
     return CodePageWestern;
-}
-
-std::atomic<const PageInfo*>& CurrentPageSlot() {
-    static std::atomic<const PageInfo*> slot{FindPage(CodePageFromEnvironment())};
-    return slot;
-}
-
-} // namespace
-
-const PageInfo& CurrentPage() {
-    return *CurrentPageSlot().load(std::memory_order_relaxed);
 }
 
 void SetCurrentPage(const PageInfo& page) {

@@ -2,6 +2,8 @@
 // its bytes form characters (single byte, double byte, UTF-8) and what iconv calls it.
 #pragma once
 
+#include <atomic>
+
 namespace talvor::platform::detail {
 
 enum class PageKind { SingleByte, DoubleByte, Utf8 };
@@ -16,8 +18,18 @@ struct PageInfo {
 // The row of codePage, or nullptr for a page this build cannot convert.
 const PageInfo* FindPage(unsigned codePage);
 
-// The system code page's row; starts from the environment (see SystemCodePage).
-const PageInfo& CurrentPage();
+// The page named by TALVOR_CODE_PAGE, else the one the locale variables suggest.
+unsigned CodePageFromEnvironment();
+
+// The system code page's row; starts from the environment (see SystemCodePage). Inline: every
+// step over a character beyond ASCII asks for it.
+inline std::atomic<const PageInfo*>& CurrentPageSlot() {
+    static std::atomic<const PageInfo*> slot{FindPage(CodePageFromEnvironment())};
+    return slot;
+}
+inline const PageInfo& CurrentPage() {
+    return *CurrentPageSlot().load(std::memory_order_relaxed);
+}
 void SetCurrentPage(const PageInfo& page);
 
 // Code units 0xDC80..0xDCFF stand for bytes that form no character of the page, so every
