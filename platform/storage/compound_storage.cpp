@@ -446,6 +446,10 @@ void CoTaskMemFree(void* memory) {
     std::free(memory);
 }
 
+int CompareElementNames(std::u16string_view a, std::u16string_view b) {
+    return detail::CompareNames(a, b);
+}
+
 std::u16string ElementName(std::string_view text) {
     return platform::ToWide(text);
 }

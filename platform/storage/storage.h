@@ -100,6 +100,10 @@ const std::string& StorageErrorText();
 void* CoTaskMemAlloc(std::size_t size);
 void CoTaskMemFree(void* memory);
 
+// The order of names in a storage: shorter names first, then by upper-case characters; 0 when
+// the two name the same element.
+int CompareElementNames(std::u16string_view a, std::u16string_view b);
+
 // A name from 8-bit text in the system code page, and back.
 std::u16string ElementName(std::string_view text);
 std::string ElementNameText(std::u16string_view name);
