@@ -117,7 +117,9 @@ int RunDemo(const Args& args) {
         std::printf("Wrote %s\n", page.c_str());
         ok &= code == ExitOk;
     }
-    std::printf("\nNot in this build yet: render, typelib, alias, commands, undo.\n");
+    ok &= Show(8, "The undo history: snapshots of a design in a compound file", RunUndo, "undo",
+               {"demo", form});
+    std::printf("\nNot in this build yet: render, typelib, alias, commands.\n");
     std::printf(ok ? "\nDemo finished.\n" : "\nDemo finished with failures (see above).\n");
     return ok ? ExitOk : ExitInternalError;
 }

@@ -14,7 +14,4 @@ int RunAlias(const Args&) {
 int RunCommands(const Args&) {
     return NotAvailable("commands");
 }
-int RunUndo(const Args&) {
-    return NotAvailable("undo");
-}
 } // namespace talvor::tool

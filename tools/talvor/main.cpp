@@ -27,7 +27,7 @@ const Command Commands[] = {
     {"typelib", RunTypelib, "dump|props: describe a type library or PE file"},
     {"alias", RunAlias, "get|set|fill|normalize: per-control alias files"},
     {"commands", RunCommands, "dump|reset|save|load|copy: command-bar designs"},
-    {"undo", RunUndo, "snapshot history of a design"},
+    {"undo", RunUndo, "demo|ls FILE: snapshot history of a design, compound files"},
 };
 
 void PrintUsage(std::FILE* out) {
