@@ -33,6 +33,8 @@ CTalvorUndoDoc::CTalvorUndoDoc() {
     const DWORD length = GetTempPath(sizeof folder, folder);
     if (length > 0 && length < sizeof folder && GetTempFileName(folder, "~", 0, path) != 0) {
         OnNewDocument();
+        // The history dies with the document, so its commits need not wait for the disk.
+        m_bScratchFile = TRUE;
         if (!DoSave(path, TRUE))
             DeleteFile(path); // no compound file: leave nothing behind
     }

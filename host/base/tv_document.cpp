@@ -38,7 +38,8 @@ BOOL CTVDocument::DoSave(const char* path, int bReplace) {
     if (!path || !*path)
         return FALSE;
     IStorage* root = nullptr;
-    if (FAILED(StgCreateDocfile(path, CreateMode | STGM_TRANSACTED, 0, &root)))
+    const DWORD scratch = m_bScratchFile ? STGM_DELETEONRELEASE : 0;
+    if (FAILED(StgCreateDocfile(path, CreateMode | STGM_TRANSACTED | scratch, 0, &root)))
         return FALSE;
     ReleaseRootStorage();
     m_lpRootStg = root;

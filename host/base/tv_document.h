@@ -50,4 +50,7 @@ protected:
 
     IStorage* m_lpRootStg = nullptr;
     CString m_strPathName;
+    // Set before DoSave for a file that lives only as long as the document (a scratch file:
+    // removed when its root storage is released, commits not waited for on the disk).
+    BOOL m_bScratchFile = FALSE;
 };

@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <unistd.h>
 #include <vector>
 
 namespace talvor::platform::storage {
@@ -241,11 +242,17 @@ public:
             m_file->MarkOpen(entry);
     }
     ~CompoundStorage() override {
-        if (m_root && Writes(m_mode) && !(m_mode & STGM_TRANSACTED) && m_file->Writable())
+        const bool scratch = m_root && !m_deleteOnRelease.empty();
+        if (m_root && !scratch && Writes(m_mode) && !(m_mode & STGM_TRANSACTED) &&
+            m_file->Writable())
             m_file->Commit(true); // a direct-mode root keeps what was written
         if (!m_root && m_file->Generation() == m_generation)
             m_file->MarkClosed(m_entry);
+        if (scratch)
+            ::unlink(m_deleteOnRelease.c_str());
     }
+    // With STGM_DELETEONRELEASE: the file to remove when the root goes.
+    void DeleteOnRelease(const std::string& path) { m_deleteOnRelease = path; }
     ULONG AddRef() override { return ++m_refs; }
     ULONG Release() override {
         const ULONG left = --m_refs;
@@ -272,7 +279,11 @@ public:
             return hr;
         if (!m_root || !Writes(m_mode))
             return Succeed();
-        return FromFile(m_file->Commit(!(flags & STGC_DANGEROUSLYCOMMITMERELYTODISKCACHE)));
+        // A scratch file never outlives the process: its commits keep their order of writes
+        // but do not wait for the disk.
+        const bool flush =
+            !(flags & STGC_DANGEROUSLYCOMMITMERELYTODISKCACHE) && !(m_mode & STGM_DELETEONRELEASE);
+        return FromFile(m_file->Commit(flush));
     }
     HRESULT Revert() override {
         if (HRESULT hr = CheckAlive(); FAILED(hr))
@@ -356,6 +367,7 @@ public:
     }
 
 private:
+    std::string m_deleteOnRelease;
     HRESULT Usable() const { return CheckAlive(); }
     bool OpenBelow(std::uint32_t id) const {
         if (m_file->IsOpen(id))
@@ -472,10 +484,13 @@ HRESULT StgCreateDocfile(const char* path, DWORD mode, DWORD, IStorage** out) {
     if (!bytes)
         return Report(hr, error);
     std::shared_ptr<CompoundFile> file;
-    hr = CompoundFile::Create(std::move(bytes), file, error);
+    hr = CompoundFile::Create(std::move(bytes), file, error, !(mode & STGM_DELETEONRELEASE));
     if (FAILED(hr))
         return Report(hr, error);
-    *out = new CompoundStorage(file, 0, mode, true);
+    auto* root = new CompoundStorage(file, 0, mode, true);
+    if (mode & STGM_DELETEONRELEASE)
+        root->DeleteOnRelease(path);
+    *out = root;
     return Succeed();
 }
 

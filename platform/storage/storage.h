@@ -83,6 +83,9 @@ public:
 
 // Creates a compound file at path. Without STGM_CREATE an existing file gives
 // STG_E_FILEALREADYEXISTS. The new, empty file is on disk when this returns.
+// STGM_DELETEONRELEASE makes a scratch file: it is removed when the root storage is released,
+// and as it never outlives the process its commits keep their order of writes (so a commit
+// stopped half-way still leaves the last committed state) without waiting for the disk.
 HRESULT StgCreateDocfile(const char* path, DWORD grfMode, DWORD reserved, IStorage** ppstgOpen);
 // Opens a compound file at path; a damaged one is refused (see above).
 HRESULT StgOpenStorage(const char* path, IStorage* pstgPriority, DWORD grfMode,

@@ -432,3 +432,18 @@ TEST(CompoundFile, DamagedFilesAreRefusedWithTheReason) {
 }
 
 } // namespace
+
+namespace {
+TEST(CompoundFile, ScratchFilesAreReadableWhileOpenAndGoneAfterRelease) {
+    const std::string path = talvor::testing::TestFolder("cf") + "/scratch.cfb";
+    IStorage* root = nullptr;
+    ASSERT_EQ(
+        StgCreateDocfile(path.c_str(), Create | STGM_TRANSACTED | STGM_DELETEONRELEASE, 0, &root),
+        S_OK);
+    ASSERT_EQ(talvor::testing::WriteStream(root, "a", "committed"), S_OK);
+    ASSERT_EQ(root->Commit(STGC_ONLYIFCURRENT), S_OK);
+    EXPECT_EQ(ListWithOlefile(path), (Listing{{"a", "committed"}}));
+    root->Release();
+    EXPECT_FALSE(talvor::platform::FileExists(path));
+}
+} // namespace

@@ -210,7 +210,7 @@ TEST(TalvorUndoDoc, OperationNamesJoinActionAndObject) {
         ASSERT_EQ(doc.Add(c.object, c.action, TRUE), 1);
     auto expected = [&](unsigned object, unsigned action) {
         std::string text = action < 11 ? doc.m_arrActionName[action].GetString() : "";
-        return text + " " + (object < 18 ? doc.m_arrObjectName[object].GetString() : "");
+        return text.append(" ").append(object < 18 ? doc.m_arrObjectName[object].GetString() : "");
     };
     EXPECT_EQ(std::string(doc.GetOperationName(0).GetString()), expected(1, 0));
     EXPECT_EQ(std::string(doc.GetOperationName(0).GetString()),

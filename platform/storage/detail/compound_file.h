@@ -45,7 +45,7 @@ class CompoundFile {
 public:
     // A new, empty file, written and flushed before this returns.
     static HRESULT Create(std::unique_ptr<LockBytes> bytes, std::shared_ptr<CompoundFile>& out,
-                          std::string& error);
+                          std::string& error, bool flushToDisk = true);
     // Reads and checks the whole structure; a damaged file gives an error and no object.
     static HRESULT Open(std::unique_ptr<LockBytes> bytes, std::shared_ptr<CompoundFile>& out,
                         std::string& error);
@@ -118,6 +118,8 @@ private:
     void SetFat(std::uint32_t sector, std::uint32_t value);
     std::uint32_t AllocateSector();
     std::uint32_t AllocateDataSector();
+    std::uint32_t AllocateNear(std::uint32_t& cursor, std::uint32_t minimumRun);
+    std::uint32_t TakeSector(std::uint32_t sector);
     void ReleaseSector(std::uint32_t sector);
     bool IsFresh(std::uint32_t sector) const {
         return sector < m_freshFlag.size() && m_freshFlag[sector] != 0;
@@ -170,6 +172,7 @@ private:
     std::vector<std::uint32_t> m_freshList;
     std::set<std::uint32_t> m_freePool;       // free in committed and working state
     std::vector<std::uint32_t> m_pendingFree; // committed sectors the working state dropped
+    std::uint32_t m_dataCursor = FreeSector;  // the sector after the last data sector taken
 
     // A run of consecutive fresh sectors not yet written.
     std::uint32_t m_runStart = 0;

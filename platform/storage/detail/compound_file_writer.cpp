@@ -15,11 +15,11 @@ const std::uint8_t Zeros[SectorSize] = {};
 } // namespace
 
 HRESULT CompoundFile::Create(std::unique_ptr<LockBytes> bytes, std::shared_ptr<CompoundFile>& out,
-                             std::string& error) {
+                             std::string& error, bool flushToDisk) {
     std::shared_ptr<CompoundFile> file(new CompoundFile);
     file->m_bytes = std::move(bytes);
     file->CreateEmpty();
-    HRESULT hr = file->Commit(true);
+    HRESULT hr = file->Commit(flushToDisk);
     if (FAILED(hr)) {
         error = file->m_error;
         return hr;
@@ -48,10 +48,42 @@ void CompoundFile::SetFat(std::uint32_t sector, std::uint32_t value) {
 }
 
 std::uint32_t CompoundFile::AllocateSector() {
-    std::uint32_t sector;
-    if (!m_freePool.empty()) {
-        sector = *m_freePool.begin();
-        m_freePool.erase(m_freePool.begin());
+    // Tables and directory sectors fill the lowest free sector.
+    return TakeSector(m_freePool.empty() ? FreeSector : *m_freePool.begin());
+}
+
+std::uint32_t CompoundFile::AllocateDataSector() {
+    return AllocateNear(m_dataCursor, 16);
+}
+
+std::uint32_t CompoundFile::AllocateNear(std::uint32_t& cursor, std::uint32_t minimumRun) {
+    // Stream data goes in runs of consecutive sectors, so it is written and read in few calls:
+    // the sector after the last one taken, else the start of a free run long enough, else the
+    // end of the file. Shorter holes are left to the tables and the directory.
+    std::uint32_t taken = FreeSector;
+    if (m_freePool.count(cursor))
+        taken = cursor;
+    const bool atEnd = cursor == m_fat.size(); // growing at the end: no need to look for a run
+    std::uint32_t runStart = FreeSector, runLength = 0, previous = FreeSector;
+    for (auto it = m_freePool.begin(); taken == FreeSector && !atEnd && it != m_freePool.end();
+         ++it) {
+        if (*it != previous + 1 || previous == FreeSector) {
+            runStart = *it;
+            runLength = 0;
+        }
+        previous = *it;
+        if (++runLength >= minimumRun)
+            taken = runStart;
+    }
+    taken = TakeSector(taken);
+    cursor = taken + 1;
+    return taken;
+}
+
+std::uint32_t CompoundFile::TakeSector(std::uint32_t sector) {
+    // FreeSector stands for a new sector at the end of the file.
+    if (sector != FreeSector) {
+        m_freePool.erase(sector);
     } else {
         sector = static_cast<std::uint32_t>(m_fat.size());
         m_fat.push_back(FreeSector);
@@ -68,10 +100,6 @@ std::uint32_t CompoundFile::AllocateSector() {
     m_freshFlag[sector] = 1;
     SetFat(sector, EndOfChain);
     return sector;
-}
-
-std::uint32_t CompoundFile::AllocateDataSector() {
-    return AllocateSector();
 }
 
 void CompoundFile::ReleaseSector(std::uint32_t sector) {

@@ -38,9 +38,7 @@ public:
         return true;
     }
     bool WriteAt(std::uint64_t offset, const void* data, std::size_t size) override {
-        if (::lseek(m_fd, static_cast<off_t>(offset), SEEK_SET) < 0)
-            return false;
-        if (!platform::WriteAll(m_fd, data, size))
+        if (!platform::WriteAllAt(m_fd, data, size, offset))
             return false;
         if (offset + size > m_size)
             m_size = offset + size;
