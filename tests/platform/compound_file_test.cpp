@@ -421,6 +421,15 @@ TEST(CompoundFile, DamagedFilesAreRefusedWithTheReason) {
         EXPECT_NE(StorageErrorText().find(c.message), std::string::npos) << StorageErrorText();
         EXPECT_EQ(StorageErrorText().rfind("compound file: ", 0), 0u);
     }
+    // A name holding a zero ends there, as a reader of zero-ended names sees it.
+    std::string cutName = good;
+    cutName[DirEntryAt(good, bigEntry) + 4] = 0; // "s70000" becomes "s7"
+    cutName[DirEntryAt(good, bigEntry) + 5] = 0;
+    IStorage* cut = nullptr;
+    ASSERT_EQ(StgOpenStorageOnMemory(cutName, &cut), S_OK) << StorageErrorText();
+    EXPECT_EQ(ReadStream(cut, "s7").size(), 70000u);
+    cut->Release();
+
     // The same file from disk names the file too.
     std::string damaged = good;
     damaged[0] = 'M';

@@ -202,7 +202,8 @@ HRESULT CompoundFile::Load() {
                 return Fail(STG_E_DOCFILECORRUPT,
                             "directory entry %u has a name of %u bytes (2 to 64, even)", id,
                             nameBytes);
-            for (std::uint32_t c = 0; c + 1 < nameBytes / 2u; ++c)
+            // The name ends at its first zero, whatever the size says.
+            for (std::uint32_t c = 0; c + 1 < nameBytes / 2u && Get16(p + 2 * c) != 0; ++c)
                 e.name.push_back(static_cast<char16_t>(Get16(p + 2 * c)));
             e.color = p[0x43];
             e.left = Get32(p + 0x44);
