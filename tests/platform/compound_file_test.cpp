@@ -54,7 +54,7 @@ Listing WriteSampleTree(IStorage* root) {
     Listing expected;
     unsigned seed = 1;
     for (std::size_t size : StreamSizes) {
-        std::string name = "s" + std::to_string(size);
+        std::string name = std::string("s").append(std::to_string(size));
         expected[name] = Pattern(size, seed++);
         EXPECT_EQ(WriteStream(root, name, expected[name]), S_OK);
     }
