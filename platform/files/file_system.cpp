@@ -56,6 +56,30 @@ bool WriteAll(int fd, const void* data, std::size_t size) {
     return true;
 }
 
+bool WriteAllAt(int fd, const void* data, std::size_t size, std::uint64_t offset) {
+    int countdown = g_writesUntilFailure.load();
+    if (countdown > 0) {
+        g_writesUntilFailure.store(countdown - 1);
+        if (countdown == 1) {
+            errno = ENOSPC;
+            return false;
+        }
+    }
+    const char* p = static_cast<const char*>(data);
+    while (size > 0) {
+        ssize_t written = ::pwrite(fd, p, size, static_cast<off_t>(offset));
+        if (written < 0) {
+            if (errno == EINTR)
+                continue;
+            return false;
+        }
+        p += written;
+        offset += static_cast<std::uint64_t>(written);
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
 bool ReadWholeFile(const std::string& path, std::string& contents, std::string& error) {
     contents.clear();
     int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,5 +38,7 @@ void FailNthWrite(int n);
 // The low-level write that every writer of the library uses; honours FailNthWrite.
 // Returns false on failure with errno set.
 bool WriteAll(int fd, const void* data, std::size_t size);
+// The same at a position of the file (the file's own position does not move).
+bool WriteAllAt(int fd, const void* data, std::size_t size, std::uint64_t offset);
 
 } // namespace talvor::platform

@@ -115,7 +115,9 @@ int RunDemo(const Args& args, std::FILE* out) {
     const std::string formAlias = samples + "/OcxAlias/Orvane 2_0 Form.ini";
     ok &= Show(out, 8, "The form's alias file: its members' names and descriptions in German",
                RunAlias, "alias", {"list", formAlias, "--lang", "0x0407"});
-    std::fprintf(out, "\nNot in this build yet: render, typelib, commands, undo.\n");
+    ok &= Show(out, 9, "The undo history: snapshots of a design in a compound file", RunUndo,
+               "undo", {"demo", form});
+    std::fprintf(out, "\nNot in this build yet: render, typelib, commands.\n");
     std::fprintf(out, ok ? "\nDemo finished.\n" : "\nDemo finished with failures (see above).\n");
     return ok ? ExitOk : ExitInternalError;
 }

@@ -11,7 +11,4 @@ int RunTypelib(const Args&, std::FILE*) {
 int RunCommands(const Args&, std::FILE*) {
     return NotAvailable("commands");
 }
-int RunUndo(const Args&, std::FILE*) {
-    return NotAvailable("undo");
-}
 } // namespace talvor::tool

@@ -28,7 +28,7 @@ const Command Commands[] = {
     {"alias", RunAlias, "get|set|fill|normalize|list|languages: per-control alias files"},
     {"commands", RunCommands, "dump|reset|save|load|copy: command-bar designs"},
     {"lsp", RunLsp, "language server for VBScript form scripts over standard input and output"},
-    {"undo", RunUndo, "snapshot history of a design"},
+    {"undo", RunUndo, "demo|ls FILE: snapshot history of a design, compound files"},
 };
 
 void PrintUsage(std::FILE* out) {

@@ -1,0 +1,75 @@
+// Controls of a form and their archive form.
+#include "host/ole/container_doc.h"
+
+const CRuntimeClass CVXContainerDoc::classCVXContainerDoc =
+    MakeRuntimeClass<CVXContainerDoc>("CVXContainerDoc", 1, &CObject::classCObject);
+
+CVXContainerDoc::Control* CVXContainerDoc::GetControl(int index) {
+    return index >= 0 && index < GetControlCount() ? &m_controls[index] : nullptr;
+}
+
+const CVXContainerDoc::Control* CVXContainerDoc::GetControl(int index) const {
+    return index >= 0 && index < GetControlCount() ? &m_controls[index] : nullptr;
+}
+
+int CVXContainerDoc::AddControl(const char* name, const char* classId) {
+    Control control;
+    control.m_strName = name ? name : "";
+    control.m_strClass = classId ? classId : "";
+    m_controls.push_back(control);
+    return GetControlCount() - 1;
+}
+
+BOOL CVXContainerDoc::SetProperty(int index, const char* property, const char* value) {
+    Control* control = GetControl(index);
+    if (!control || !property)
+        return FALSE;
+    for (INT_PTR i = 0; i < control->m_arrPropertyNames.GetSize(); ++i)
+        if (control->m_arrPropertyNames[i] == property) {
+            control->m_arrPropertyValues[i] = value ? value : "";
+            return TRUE;
+        }
+    control->m_arrPropertyNames.Add(property);
+    control->m_arrPropertyValues.Add(value ? value : "");
+    return TRUE;
+}
+
+CString CVXContainerDoc::GetProperty(int index, const char* property) const {
+    const Control* control = GetControl(index);
+    if (!control || !property)
+        return CString();
+    for (INT_PTR i = 0; i < control->m_arrPropertyNames.GetSize(); ++i)
+        if (control->m_arrPropertyNames[i] == property)
+            return control->m_arrPropertyValues[i];
+    return CString();
+}
+
+void CVXContainerDoc::Serialize(CArchive& ar) {
+    if (ar.IsStoring()) {
+        ar << static_cast<DWORD>(m_controls.size());
+        for (const Control& control : m_controls) {
+            ar << control.m_strName << control.m_strClass;
+            ar << static_cast<DWORD>(control.m_arrPropertyNames.GetSize());
+            for (INT_PTR i = 0; i < control.m_arrPropertyNames.GetSize(); ++i)
+                ar << control.m_arrPropertyNames[i] << control.m_arrPropertyValues[i];
+        }
+        return;
+    }
+    // Read into a new list first, so a damaged form changes nothing.
+    std::vector<Control> controls;
+    DWORD count = 0;
+    ar >> count;
+    for (DWORD c = 0; c < count; ++c) {
+        Control control;
+        DWORD properties = 0;
+        ar >> control.m_strName >> control.m_strClass >> properties;
+        for (DWORD p = 0; p < properties; ++p) {
+            CString name, value;
+            ar >> name >> value;
+            control.m_arrPropertyNames.Add(name);
+            control.m_arrPropertyValues.Add(value);
+        }
+        controls.push_back(std::move(control));
+    }
+    m_controls = std::move(controls);
+}

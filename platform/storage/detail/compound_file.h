@@ -1,0 +1,200 @@
+// The state of one open compound file: the allocation tables, the directory and the data of
+// open streams, all held in memory and changed there; Commit() writes them. Sectors that the
+// last commit uses are never written before the header switches: changed data goes to sectors
+// that are free in both the committed and the working state ("fresh" sectors), and the sectors
+// it replaces become free only once the new header is on disk.
+#pragma once
+
+#include "platform/storage/detail/compound_format.h"
+#include "platform/storage/detail/lock_bytes.h"
+#include "platform/storage/storage_types.h"
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace talvor::platform::storage::detail {
+
+// Name order of the directory: shorter names first, then by upper-case characters.
+int CompareNames(std::u16string_view a, std::u16string_view b);
+struct NameLess {
+    bool operator()(const std::u16string& a, const std::u16string& b) const {
+        return CompareNames(a, b) < 0;
+    }
+};
+
+struct DirEntry {
+    std::u16string name;
+    std::uint8_t type = TypeUnused;
+    std::uint8_t color = Black;
+    std::uint32_t left = NoStream;
+    std::uint32_t right = NoStream;
+    std::uint32_t child = NoStream;
+    std::uint8_t clsid[16] = {};
+    std::uint32_t stateBits = 0;
+    std::uint64_t created = 0;
+    std::uint64_t modified = 0;
+    std::uint32_t start = EndOfChain;
+    std::uint64_t size = 0;
+};
+
+class CompoundFile {
+public:
+    // A new, empty file, written and flushed before this returns.
+    static HRESULT Create(std::unique_ptr<LockBytes> bytes, std::shared_ptr<CompoundFile>& out,
+                          std::string& error, bool flushToDisk = true);
+    // Reads and checks the whole structure; a damaged file gives an error and no object.
+    static HRESULT Open(std::unique_ptr<LockBytes> bytes, std::shared_ptr<CompoundFile>& out,
+                        std::string& error);
+
+    bool Writable() const { return m_bytes->Writable(); }
+    // False after a failed write whose revert could not read the file back.
+    bool Usable() const { return !m_entries.empty(); }
+    // Grows with every revert; objects opened before a revert compare it and answer
+    // STG_E_REVERTED.
+    std::uint64_t Generation() const { return m_generation; }
+    const std::string& LastError() const { return m_error; }
+
+    const DirEntry& Entry(std::uint32_t id) const { return m_entries[id]; }
+    // NoStream when the storage has no element of that name.
+    std::uint32_t FindChild(std::uint32_t storage, std::u16string_view name) const;
+    // The storage's elements in name order.
+    std::vector<std::uint32_t> Children(std::uint32_t storage) const;
+    HRESULT AddChild(std::uint32_t storage, std::u16string_view name, std::uint8_t type,
+                     std::uint32_t& id);
+    // Removes the element and everything below it.
+    HRESULT RemoveChild(std::uint32_t storage, std::uint32_t id);
+    HRESULT RenameChild(std::uint32_t storage, std::uint32_t id, std::u16string_view name);
+    void SetClass(std::uint32_t id, const std::uint8_t clsid[16]);
+
+    // Exclusive opening of elements.
+    bool IsOpen(std::uint32_t id) const { return m_openCount.count(id) != 0; }
+    void MarkOpen(std::uint32_t id) { ++m_openCount[id]; }
+    void MarkClosed(std::uint32_t id);
+
+    // Stream data. The stream must be opened with OpenStream first; CloseStream hands its
+    // data to the directory.
+    HRESULT OpenStream(std::uint32_t id);
+    HRESULT CloseStream(std::uint32_t id);
+    std::uint64_t StreamSize(std::uint32_t id) const;
+    HRESULT ReadStream(std::uint32_t id, std::uint64_t pos, void* out, std::size_t size,
+                       std::size_t& got);
+    HRESULT WriteStream(std::uint32_t id, std::uint64_t pos, const void* data, std::size_t size);
+    HRESULT SetStreamSize(std::uint32_t id, std::uint64_t size);
+    HRESULT FlushStream(std::uint32_t id);
+
+    // Writes every change. On failure the file keeps its last committed state and this object
+    // goes back to it (a new generation).
+    HRESULT Commit(bool flushToDisk);
+    // Drops every change since the last commit.
+    HRESULT Revert();
+
+private:
+    struct StreamData {
+        bool small = true;
+        std::uint64_t size = 0;
+        std::string smallData;                // the whole stream while small
+        std::vector<std::uint32_t> chain;     // sectors while big
+        std::vector<std::uint32_t> miniChain; // mini sectors the directory holds for it
+        bool dirty = false;
+    };
+
+    CompoundFile() = default;
+    HRESULT Fail(HRESULT hr, const char* format, ...) __attribute__((format(printf, 3, 4)));
+    HRESULT Load();
+    void CreateEmpty();
+    HRESULT LoadDirectoryTree();
+    HRESULT FollowChain(std::uint32_t start, std::uint64_t count, std::vector<std::uint8_t>& owner,
+                        std::vector<std::uint32_t>& chain, const char* what);
+    HRESULT FollowMiniChain(std::uint32_t start, std::uint64_t count,
+                            std::vector<std::uint8_t>& owner, std::vector<std::uint32_t>& chain,
+                            const std::string& what);
+    std::string EntryLabel(std::uint32_t id) const;
+
+    // Sectors.
+    void SetFat(std::uint32_t sector, std::uint32_t value);
+    std::uint32_t AllocateSector();
+    std::uint32_t AllocateDataSector();
+    std::uint32_t AllocateNear(std::uint32_t& cursor, std::uint32_t minimumRun);
+    std::uint32_t TakeSector(std::uint32_t sector);
+    void ReleaseSector(std::uint32_t sector);
+    bool IsFresh(std::uint32_t sector) const {
+        return sector < m_freshFlag.size() && m_freshFlag[sector] != 0;
+    }
+    void LinkChain(const std::vector<std::uint32_t>& chain);
+    HRESULT ReadSectorBytes(std::uint32_t sector, std::uint32_t offset, void* out,
+                            std::uint32_t size);
+    HRESULT WriteFreshBytes(std::uint32_t sector, std::uint32_t offset, const void* data,
+                            std::uint32_t size);
+    HRESULT FlushRun();
+    HRESULT WriteFailed(const char* what);
+    HRESULT ReplaceInChain(std::vector<std::uint32_t>& chain, std::size_t index, bool copy);
+
+    // Mini sectors.
+    void SetMiniFat(std::uint32_t mini, std::uint32_t value);
+    std::uint32_t AllocateMini();
+    void ReleaseMini(std::uint32_t mini);
+    HRESULT ReadMini(std::uint32_t mini, void* out);
+    HRESULT WriteMini(std::uint32_t mini, const void* data);
+
+    // Directory.
+    std::uint32_t NewEntry();
+    void Touch(std::uint32_t id);
+    void InsertIntoTree(std::uint32_t storage, std::uint32_t id);
+    void RebuildTree(std::uint32_t storage);
+    void ReleaseContent(std::uint32_t id);
+
+    // Big stream writes.
+    HRESULT WriteBig(StreamData& data, std::uint64_t pos, const std::uint8_t* src,
+                     std::size_t size);
+    HRESULT ReadBig(const StreamData& data, std::uint64_t pos, std::uint8_t* out, std::size_t size);
+    HRESULT MakeBig(StreamData& data);
+    HRESULT ShrinkBig(StreamData& data, std::uint64_t size);
+
+    HRESULT PlaceMetadata(std::map<std::uint32_t, std::vector<std::uint8_t>>& writes);
+    void SerializeHeader(std::uint8_t* header) const;
+
+    std::unique_ptr<LockBytes> m_bytes;
+    std::string m_error;
+    std::uint64_t m_generation = 0;
+    std::uint32_t m_transaction = 0;
+
+    // Allocation, working state.
+    std::vector<std::uint32_t> m_fat;
+    std::set<std::uint32_t> m_fatDirty;        // FAT sector indices
+    std::vector<std::uint32_t> m_fatLocations; // where each FAT sector lives
+    std::vector<std::uint32_t> m_difatLocations;
+    bool m_difatDirty = false;
+    std::vector<std::uint8_t> m_freshFlag; // 1 fresh, 2 fresh and written to disk
+    std::vector<std::uint32_t> m_freshList;
+    std::set<std::uint32_t> m_freePool;       // free in committed and working state
+    std::vector<std::uint32_t> m_pendingFree; // committed sectors the working state dropped
+    std::uint32_t m_dataCursor = FreeSector;  // the sector after the last data sector taken
+
+    // A run of consecutive fresh sectors not yet written.
+    std::uint32_t m_runStart = 0;
+    std::vector<std::uint8_t> m_runData;
+
+    std::vector<std::uint32_t> m_miniFat;
+    std::set<std::uint32_t> m_miniFatDirty;
+    std::vector<std::uint32_t> m_miniFatChain;
+    std::vector<std::uint32_t> m_miniChain;                           // sectors of the mini stream
+    std::map<std::uint32_t, std::vector<std::uint8_t>> m_miniPending; // by index in m_miniChain
+    std::vector<std::uint8_t> m_miniFresh;
+    std::vector<std::uint32_t> m_miniFreshList;
+    std::set<std::uint32_t> m_miniFreePool;
+    std::vector<std::uint32_t> m_miniPendingFree;
+
+    std::vector<DirEntry> m_entries;
+    std::vector<std::uint8_t> m_entryDirty;
+    std::vector<std::uint32_t> m_dirChain;
+    std::unordered_map<std::uint32_t, std::map<std::u16string, std::uint32_t, NameLess>> m_children;
+
+    std::unordered_map<std::uint32_t, int> m_openCount;
+    std::unordered_map<std::uint32_t, StreamData> m_streams;
+};
+
+} // namespace talvor::platform::storage::detail

@@ -1,0 +1,550 @@
+// Allocation and commit. New and changed data goes to fresh sectors; a commit then writes the
+// changed directory, mini FAT, FAT and DIFAT sectors to fresh places too, flushes, and only then
+// writes the header that points at them. Until that last write the file on disk describes the
+// previous commit, whose sectors nothing here has touched.
+#include "platform/storage/detail/compound_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace talvor::platform::storage::detail {
+namespace {
+constexpr std::size_t MaxRunBytes = 1u << 20;
+const std::uint8_t Zeros[SectorSize] = {};
+} // namespace
+
+HRESULT CompoundFile::Create(std::unique_ptr<LockBytes> bytes, std::shared_ptr<CompoundFile>& out,
+                             std::string& error, bool flushToDisk) {
+    std::shared_ptr<CompoundFile> file(new CompoundFile);
+    file->m_bytes = std::move(bytes);
+    file->CreateEmpty();
+    HRESULT hr = file->Commit(flushToDisk);
+    if (FAILED(hr)) {
+        error = file->m_error;
+        return hr;
+    }
+    out = std::move(file);
+    return S_OK;
+}
+
+void CompoundFile::CreateEmpty() {
+    m_entries.assign(EntriesPerSector, DirEntry{});
+    DirEntry& root = m_entries[0];
+    root.name = u"Root Entry";
+    root.type = TypeRoot;
+    root.color = Black;
+    m_entryDirty.assign(m_entries.size(), 1);
+    m_children.clear();
+    m_children[0];
+    m_bytes->Truncate(0);
+}
+
+void CompoundFile::SetFat(std::uint32_t sector, std::uint32_t value) {
+    if (m_fat[sector] != value) {
+        m_fat[sector] = value;
+        m_fatDirty.insert(sector / IdsPerSector);
+    }
+}
+
+std::uint32_t CompoundFile::AllocateSector() {
+    // Tables and directory sectors fill the lowest free sector.
+    return TakeSector(m_freePool.empty() ? FreeSector : *m_freePool.begin());
+}
+
+std::uint32_t CompoundFile::AllocateDataSector() {
+    return AllocateNear(m_dataCursor, 16);
+}
+
+std::uint32_t CompoundFile::AllocateNear(std::uint32_t& cursor, std::uint32_t minimumRun) {
+    // Stream data goes in runs of consecutive sectors, so it is written and read in few calls:
+    // the sector after the last one taken, else the start of a free run long enough, else the
+    // end of the file. Shorter holes are left to the tables and the directory.
+    std::uint32_t taken = FreeSector;
+    if (m_freePool.count(cursor))
+        taken = cursor;
+    const bool atEnd = cursor == m_fat.size(); // growing at the end: no need to look for a run
+    std::uint32_t runStart = FreeSector, runLength = 0, previous = FreeSector;
+    for (auto it = m_freePool.begin(); taken == FreeSector && !atEnd && it != m_freePool.end();
+         ++it) {
+        if (*it != previous + 1 || previous == FreeSector) {
+            runStart = *it;
+            runLength = 0;
+        }
+        previous = *it;
+        if (++runLength >= minimumRun)
+            taken = runStart;
+    }
+    taken = TakeSector(taken);
+    cursor = taken + 1;
+    return taken;
+}
+
+std::uint32_t CompoundFile::TakeSector(std::uint32_t sector) {
+    // FreeSector stands for a new sector at the end of the file.
+    if (sector != FreeSector) {
+        m_freePool.erase(sector);
+    } else {
+        sector = static_cast<std::uint32_t>(m_fat.size());
+        m_fat.push_back(FreeSector);
+        m_freshFlag.push_back(0);
+        m_fatDirty.insert(sector / IdsPerSector);
+    }
+    // A sector freed earlier in this transaction may still lie in the pending run.
+    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runData.size() / SectorSize);
+    if (sector >= m_runStart && sector - m_runStart < runSectors)
+        std::memset(m_runData.data() + std::size_t(sector - m_runStart) * SectorSize, 0,
+                    SectorSize);
+    if (m_freshFlag[sector] == 0)
+        m_freshList.push_back(sector);
+    m_freshFlag[sector] = 1;
+    SetFat(sector, EndOfChain);
+    return sector;
+}
+
+void CompoundFile::ReleaseSector(std::uint32_t sector) {
+    SetFat(sector, FreeSector);
+    if (IsFresh(sector)) {
+        m_freshFlag[sector] = 0;
+        m_freePool.insert(sector);
+    } else {
+        m_pendingFree.push_back(sector);
+    }
+}
+
+void CompoundFile::LinkChain(const std::vector<std::uint32_t>& chain) {
+    for (std::size_t i = 0; i < chain.size(); ++i)
+        SetFat(chain[i], i + 1 < chain.size() ? chain[i + 1] : EndOfChain);
+}
+
+HRESULT CompoundFile::ReadSectorBytes(std::uint32_t sector, std::uint32_t offset, void* out,
+                                      std::uint32_t size) {
+    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runData.size() / SectorSize);
+    if (sector >= m_runStart && sector - m_runStart < runSectors) {
+        std::memcpy(out, m_runData.data() + std::size_t(sector - m_runStart) * SectorSize + offset,
+                    size);
+        return S_OK;
+    }
+    if (sector < m_freshFlag.size() && m_freshFlag[sector] == 1) {
+        std::memset(out, 0, size); // allocated, never written: reads as zeros
+        return S_OK;
+    }
+    if (sector >= m_fat.size() ||
+        !m_bytes->ReadAt((std::uint64_t(sector) + 1) * SectorSize + offset, out, size))
+        return Fail(STG_E_READFAULT, "cannot read sector 0x%x (the file has %llu bytes)", sector,
+                    static_cast<unsigned long long>(m_bytes->Size()));
+    return S_OK;
+}
+
+HRESULT CompoundFile::WriteFreshBytes(std::uint32_t sector, std::uint32_t offset, const void* data,
+                                      std::uint32_t size) {
+    std::uint32_t runSectors = static_cast<std::uint32_t>(m_runData.size() / SectorSize);
+    const bool inRun = sector >= m_runStart && sector - m_runStart < runSectors;
+    if (!inRun) {
+        const bool extends = !m_runData.empty() && sector == m_runStart + runSectors &&
+                             m_runData.size() < MaxRunBytes;
+        if (!extends) {
+            if (HRESULT hr = FlushRun(); FAILED(hr))
+                return hr;
+            m_runStart = sector;
+        }
+        const std::size_t at = m_runData.size();
+        m_runData.resize(at + SectorSize);
+        // A sector written to disk earlier in this transaction keeps what it holds.
+        if (m_freshFlag[sector] == 2 && size < SectorSize) {
+            if (!m_bytes->ReadAt((std::uint64_t(sector) + 1) * SectorSize, m_runData.data() + at,
+                                 SectorSize))
+                return Fail(STG_E_READFAULT, "cannot read back sector 0x%x", sector);
+        }
+    }
+    if (size > 0)
+        std::memcpy(m_runData.data() + std::size_t(sector - m_runStart) * SectorSize + offset, data,
+                    size);
+    return S_OK;
+}
+
+HRESULT CompoundFile::WriteFailed(const char* what) {
+    const int err = errno;
+    std::string message = m_error.empty() ? std::string() : m_error;
+    Fail(err == ENOSPC ? STG_E_MEDIUMFULL : STG_E_WRITEFAULT, "cannot write %s: %s", what,
+         std::strerror(err));
+    std::string failure = m_error;
+    // The file still holds the last commit: go back to it.
+    Revert();
+    m_error = failure;
+    return err == ENOSPC ? STG_E_MEDIUMFULL : STG_E_WRITEFAULT;
+}
+
+HRESULT CompoundFile::FlushRun() {
+    if (m_runData.empty())
+        return S_OK;
+    if (!m_bytes->WriteAt((std::uint64_t(m_runStart) + 1) * SectorSize, m_runData.data(),
+                          m_runData.size()))
+        return WriteFailed("stream data");
+    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runData.size() / SectorSize);
+    for (std::uint32_t i = 0; i < runSectors; ++i)
+        if (m_freshFlag[m_runStart + i] != 0)
+            m_freshFlag[m_runStart + i] = 2;
+    m_runData.clear();
+    return S_OK;
+}
+
+HRESULT CompoundFile::ReplaceInChain(std::vector<std::uint32_t>& chain, std::size_t index,
+                                     bool copy) {
+    const std::uint32_t old = chain[index];
+    std::uint8_t buffer[SectorSize];
+    if (copy) {
+        if (HRESULT hr = ReadSectorBytes(old, 0, buffer, SectorSize); FAILED(hr))
+            return hr;
+    }
+    const std::uint32_t fresh = AllocateDataSector();
+    if (copy) {
+        if (HRESULT hr = WriteFreshBytes(fresh, 0, buffer, SectorSize); FAILED(hr))
+            return hr;
+    }
+    SetFat(fresh, m_fat[old]);
+    if (index > 0)
+        SetFat(chain[index - 1], fresh);
+    chain[index] = fresh;
+    ReleaseSector(old);
+    return S_OK;
+}
+
+void CompoundFile::SetMiniFat(std::uint32_t mini, std::uint32_t value) {
+    if (m_miniFat[mini] != value) {
+        m_miniFat[mini] = value;
+        m_miniFatDirty.insert(mini / IdsPerSector);
+    }
+}
+
+std::uint32_t CompoundFile::AllocateMini() {
+    std::uint32_t mini;
+    if (!m_miniFreePool.empty()) {
+        mini = *m_miniFreePool.begin();
+        m_miniFreePool.erase(m_miniFreePool.begin());
+    } else {
+        mini = static_cast<std::uint32_t>(m_miniFat.size());
+        m_miniFat.push_back(FreeSector);
+        m_miniFresh.push_back(0);
+        m_miniFatDirty.insert(mini / IdsPerSector);
+        const std::uint32_t index = mini / (SectorSize / MiniSectorSize);
+        if (index >= m_miniChain.size()) {
+            const std::uint32_t sector = AllocateSector();
+            if (!m_miniChain.empty())
+                SetFat(m_miniChain.back(), sector);
+            m_miniChain.push_back(sector);
+            m_miniPending[index].assign(SectorSize, 0);
+        }
+    }
+    if (m_miniFresh[mini] == 0)
+        m_miniFreshList.push_back(mini);
+    m_miniFresh[mini] = 1;
+    SetMiniFat(mini, EndOfChain);
+    return mini;
+}
+
+void CompoundFile::ReleaseMini(std::uint32_t mini) {
+    SetMiniFat(mini, FreeSector);
+    if (m_miniFresh[mini]) {
+        m_miniFresh[mini] = 0;
+        m_miniFreePool.insert(mini);
+    } else {
+        m_miniPendingFree.push_back(mini);
+    }
+}
+
+HRESULT CompoundFile::ReadMini(std::uint32_t mini, void* out) {
+    const std::uint32_t index = mini / (SectorSize / MiniSectorSize);
+    const std::uint32_t offset = (mini % (SectorSize / MiniSectorSize)) * MiniSectorSize;
+    if (index >= m_miniChain.size())
+        return Fail(STG_E_READFAULT, "mini sector 0x%x lies outside the mini stream", mini);
+    auto pending = m_miniPending.find(index);
+    if (pending != m_miniPending.end()) {
+        std::memcpy(out, pending->second.data() + offset, MiniSectorSize);
+        return S_OK;
+    }
+    return ReadSectorBytes(m_miniChain[index], offset, out, MiniSectorSize);
+}
+
+HRESULT CompoundFile::WriteMini(std::uint32_t mini, const void* data) {
+    const std::uint32_t index = mini / (SectorSize / MiniSectorSize);
+    const std::uint32_t offset = (mini % (SectorSize / MiniSectorSize)) * MiniSectorSize;
+    auto pending = m_miniPending.find(index);
+    if (pending == m_miniPending.end()) {
+        std::vector<std::uint8_t> buffer(SectorSize);
+        if (HRESULT hr = ReadSectorBytes(m_miniChain[index], 0, buffer.data(), SectorSize);
+            FAILED(hr))
+            return hr;
+        pending = m_miniPending.emplace(index, std::move(buffer)).first;
+    }
+    std::memcpy(pending->second.data() + offset, data, MiniSectorSize);
+    return S_OK;
+}
+
+void CompoundFile::SerializeHeader(std::uint8_t* h) const {
+    std::memset(h, 0, SectorSize);
+    std::memcpy(h, Signature, sizeof Signature);
+    Put16(h + 0x18, 0x003E);
+    Put16(h + 0x1A, 3);
+    Put16(h + 0x1C, 0xFFFE);
+    Put16(h + 0x1E, 9);
+    Put16(h + 0x20, 6);
+    Put32(h + 0x2C, static_cast<std::uint32_t>(m_fatLocations.size()));
+    Put32(h + 0x30, m_dirChain.empty() ? EndOfChain : m_dirChain[0]);
+    Put32(h + 0x34, m_transaction);
+    Put32(h + 0x38, MiniStreamCutoff);
+    Put32(h + 0x3C, m_miniFatChain.empty() ? EndOfChain : m_miniFatChain[0]);
+    Put32(h + 0x40, static_cast<std::uint32_t>(m_miniFatChain.size()));
+    Put32(h + 0x44, m_difatLocations.empty() ? EndOfChain : m_difatLocations[0]);
+    Put32(h + 0x48, static_cast<std::uint32_t>(m_difatLocations.size()));
+    for (std::uint32_t i = 0; i < HeaderDifatCount; ++i)
+        Put32(h + 0x4C + 4 * i, i < m_fatLocations.size() ? m_fatLocations[i] : FreeSector);
+}
+
+HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uint8_t>>& writes) {
+    // Mini stream sectors: changed ones move to fresh sectors.
+    for (auto& [index, buffer] : m_miniPending) {
+        if (!IsFresh(m_miniChain[index])) {
+            const std::uint32_t old = m_miniChain[index];
+            m_miniChain[index] = AllocateSector();
+            ReleaseSector(old);
+        }
+        writes[m_miniChain[index]] = std::move(buffer);
+    }
+    m_miniPending.clear();
+    LinkChain(m_miniChain);
+    DirEntry& root = m_entries[0];
+    const std::uint32_t miniStart = m_miniChain.empty() ? EndOfChain : m_miniChain[0];
+    const std::uint64_t miniSize = std::uint64_t(m_miniFat.size()) * MiniSectorSize;
+    if (root.start != miniStart || root.size != miniSize) {
+        root.start = miniStart;
+        root.size = miniSize;
+        Touch(0);
+    }
+
+    // Mini FAT.
+    const std::size_t miniFatSectors = (m_miniFat.size() + IdsPerSector - 1) / IdsPerSector;
+    while (m_miniFatChain.size() < miniFatSectors) {
+        m_miniFatChain.push_back(AllocateSector());
+        m_miniFatDirty.insert(static_cast<std::uint32_t>(m_miniFatChain.size() - 1));
+    }
+    for (std::uint32_t index : m_miniFatDirty) {
+        if (index >= m_miniFatChain.size())
+            continue;
+        if (!IsFresh(m_miniFatChain[index])) {
+            const std::uint32_t old = m_miniFatChain[index];
+            m_miniFatChain[index] = AllocateSector();
+            ReleaseSector(old);
+        }
+        std::vector<std::uint8_t> buffer(SectorSize);
+        for (std::uint32_t j = 0; j < IdsPerSector; ++j) {
+            const std::size_t at = std::size_t(index) * IdsPerSector + j;
+            Put32(buffer.data() + 4 * j, at < m_miniFat.size() ? m_miniFat[at] : FreeSector);
+        }
+        writes[m_miniFatChain[index]] = std::move(buffer);
+    }
+    LinkChain(m_miniFatChain);
+
+    // Directory.
+    const std::size_t dirSectors = m_entries.size() / EntriesPerSector;
+    while (m_dirChain.size() < dirSectors)
+        m_dirChain.push_back(AllocateSector());
+    for (std::size_t s = 0; s < dirSectors; ++s) {
+        bool dirty = IsFresh(m_dirChain[s]);
+        for (std::uint32_t k = 0; k < EntriesPerSector; ++k)
+            dirty = dirty || m_entryDirty[s * EntriesPerSector + k];
+        if (!dirty)
+            continue;
+        if (!IsFresh(m_dirChain[s])) {
+            const std::uint32_t old = m_dirChain[s];
+            m_dirChain[s] = AllocateSector();
+            ReleaseSector(old);
+        }
+        std::vector<std::uint8_t> buffer(SectorSize, 0);
+        for (std::uint32_t k = 0; k < EntriesPerSector; ++k) {
+            const DirEntry& e = m_entries[s * EntriesPerSector + k];
+            std::uint8_t* p = buffer.data() + 128 * k;
+            Put32(p + 0x44, e.type == TypeUnused ? NoStream : e.left);
+            Put32(p + 0x48, e.type == TypeUnused ? NoStream : e.right);
+            Put32(p + 0x4C, e.type == TypeUnused ? NoStream : e.child);
+            if (e.type == TypeUnused)
+                continue;
+            for (std::size_t c = 0; c < e.name.size(); ++c)
+                Put16(p + 2 * c, e.name[c]);
+            Put16(p + 0x40, static_cast<std::uint16_t>((e.name.size() + 1) * 2));
+            p[0x42] = e.type;
+            p[0x43] = e.color;
+            std::memcpy(p + 0x50, e.clsid, 16);
+            Put32(p + 0x60, e.stateBits);
+            Put32(p + 0x64, static_cast<std::uint32_t>(e.created));
+            Put32(p + 0x68, static_cast<std::uint32_t>(e.created >> 32));
+            Put32(p + 0x6C, static_cast<std::uint32_t>(e.modified));
+            Put32(p + 0x70, static_cast<std::uint32_t>(e.modified >> 32));
+            const bool empty = e.type == TypeStorage || e.size == 0;
+            Put32(p + 0x74, e.type == TypeStorage ? 0 : (empty ? EndOfChain : e.start));
+            Put32(p + 0x78, static_cast<std::uint32_t>(e.size));
+        }
+        writes[m_dirChain[s]] = std::move(buffer);
+    }
+    LinkChain(m_dirChain);
+
+    // FAT and DIFAT, until placing them changes nothing more: a moved FAT sector changes the
+    // FAT entries of its old and new place, which may dirty another FAT sector.
+    std::set<std::uint32_t> difatDirty;
+    auto noteFatMoved = [&](std::size_t index) {
+        if (index >= HeaderDifatCount)
+            difatDirty.insert(
+                static_cast<std::uint32_t>((index - HeaderDifatCount) / DifatIdsPerSector));
+    };
+    for (bool changed = true; changed;) {
+        changed = false;
+        const std::size_t fatSectors =
+            std::max<std::size_t>(1, (m_fat.size() + IdsPerSector - 1) / IdsPerSector);
+        while (m_fatLocations.size() < fatSectors) {
+            const std::uint32_t sector = AllocateSector();
+            SetFat(sector, FatSectorMark);
+            m_fatLocations.push_back(sector);
+            m_fatDirty.insert(static_cast<std::uint32_t>(m_fatLocations.size() - 1));
+            noteFatMoved(m_fatLocations.size() - 1);
+            changed = true;
+        }
+        const std::size_t difatSectors =
+            m_fatLocations.size() > HeaderDifatCount
+                ? (m_fatLocations.size() - HeaderDifatCount + DifatIdsPerSector - 1) /
+                      DifatIdsPerSector
+                : 0;
+        while (m_difatLocations.size() < difatSectors) {
+            const std::uint32_t sector = AllocateSector();
+            SetFat(sector, DifatSectorMark);
+            m_difatLocations.push_back(sector);
+            difatDirty.insert(static_cast<std::uint32_t>(m_difatLocations.size() - 1));
+            if (m_difatLocations.size() > 1)
+                difatDirty.insert(static_cast<std::uint32_t>(m_difatLocations.size() - 2));
+            changed = true;
+        }
+        const std::vector<std::uint32_t> dirtyFat(m_fatDirty.begin(), m_fatDirty.end());
+        for (std::uint32_t index : dirtyFat) {
+            if (index >= m_fatLocations.size() || IsFresh(m_fatLocations[index]))
+                continue;
+            const std::uint32_t old = m_fatLocations[index];
+            m_fatLocations[index] = AllocateSector();
+            SetFat(m_fatLocations[index], FatSectorMark);
+            ReleaseSector(old);
+            noteFatMoved(index);
+            changed = true;
+        }
+        const std::vector<std::uint32_t> dirtyDifat(difatDirty.begin(), difatDirty.end());
+        for (std::uint32_t j : dirtyDifat) {
+            if (j >= m_difatLocations.size() || IsFresh(m_difatLocations[j]))
+                continue;
+            const std::uint32_t old = m_difatLocations[j];
+            m_difatLocations[j] = AllocateSector();
+            SetFat(m_difatLocations[j], DifatSectorMark);
+            ReleaseSector(old);
+            if (j > 0)
+                difatDirty.insert(j - 1); // its next pointer changes
+            changed = true;
+        }
+    }
+    for (std::uint32_t index : m_fatDirty) {
+        if (index >= m_fatLocations.size())
+            continue;
+        std::vector<std::uint8_t> buffer(SectorSize);
+        for (std::uint32_t j = 0; j < IdsPerSector; ++j) {
+            const std::size_t at = std::size_t(index) * IdsPerSector + j;
+            Put32(buffer.data() + 4 * j, at < m_fat.size() ? m_fat[at] : FreeSector);
+        }
+        writes[m_fatLocations[index]] = std::move(buffer);
+    }
+    for (std::uint32_t j : difatDirty) {
+        if (j >= m_difatLocations.size())
+            continue;
+        std::vector<std::uint8_t> buffer(SectorSize);
+        for (std::uint32_t i = 0; i < DifatIdsPerSector; ++i) {
+            const std::size_t at = HeaderDifatCount + std::size_t(j) * DifatIdsPerSector + i;
+            Put32(buffer.data() + 4 * i,
+                  at < m_fatLocations.size() ? m_fatLocations[at] : FreeSector);
+        }
+        Put32(buffer.data() + 4 * DifatIdsPerSector,
+              j + 1 < m_difatLocations.size() ? m_difatLocations[j + 1] : EndOfChain);
+        writes[m_difatLocations[j]] = std::move(buffer);
+    }
+    return S_OK;
+}
+
+HRESULT CompoundFile::Commit(bool flushToDisk) {
+    if (!m_bytes->Writable())
+        return Fail(STG_E_ACCESSDENIED, "the file is open for reading only");
+    if (m_entries.empty())
+        return Fail(STG_E_REVERTED, "the file could not be read back after a failed write");
+    std::vector<std::uint32_t> open;
+    for (auto& [id, data] : m_streams)
+        open.push_back(id);
+    for (std::uint32_t id : open)
+        if (HRESULT hr = FlushStream(id); FAILED(hr))
+            return hr;
+
+    std::map<std::uint32_t, std::vector<std::uint8_t>> writes;
+    if (HRESULT hr = PlaceMetadata(writes); FAILED(hr))
+        return hr;
+    if (HRESULT hr = FlushRun(); FAILED(hr))
+        return hr;
+    // Consecutive sectors go out in one write.
+    for (auto it = writes.begin(); it != writes.end();) {
+        const std::uint32_t first = it->first;
+        std::vector<std::uint8_t> run;
+        std::uint32_t next = first;
+        while (it != writes.end() && it->first == next && run.size() < MaxRunBytes) {
+            run.insert(run.end(), it->second.begin(), it->second.end());
+            ++next;
+            ++it;
+        }
+        if (!m_bytes->WriteAt((std::uint64_t(first) + 1) * SectorSize, run.data(), run.size()))
+            return WriteFailed("the allocation tables and directory");
+    }
+    // Everything the new header points at must be on the disk before the header is.
+    if (flushToDisk && !m_bytes->Flush())
+        return WriteFailed("(flush) the new sectors");
+    std::uint8_t header[SectorSize];
+    ++m_transaction;
+    SerializeHeader(header);
+    if (!m_bytes->WriteAt(0, header, SectorSize))
+        return WriteFailed("the header");
+    if (flushToDisk && !m_bytes->Flush())
+        return WriteFailed("(flush) the header");
+    const std::uint64_t wanted = (std::uint64_t(m_fat.size()) + 1) * SectorSize;
+    if (m_bytes->Size() != wanted)
+        m_bytes->Truncate(wanted); // sectors past the end are free; an error here loses nothing
+
+    // The new state is the committed one: what it dropped is free from now on.
+    for (std::uint32_t sector : m_freshList)
+        if (sector < m_freshFlag.size())
+            m_freshFlag[sector] = 0;
+    m_freshList.clear();
+    m_freePool.insert(m_pendingFree.begin(), m_pendingFree.end());
+    m_pendingFree.clear();
+    for (std::uint32_t mini : m_miniFreshList)
+        if (mini < m_miniFresh.size())
+            m_miniFresh[mini] = 0;
+    m_miniFreshList.clear();
+    m_miniFreePool.insert(m_miniPendingFree.begin(), m_miniPendingFree.end());
+    m_miniPendingFree.clear();
+    m_fatDirty.clear();
+    m_miniFatDirty.clear();
+    std::fill(m_entryDirty.begin(), m_entryDirty.end(), 0);
+    m_error.clear();
+    return S_OK;
+}
+
+HRESULT CompoundFile::Revert() {
+    ++m_generation;
+    m_runData.clear();
+    m_entries.clear();
+    m_children.clear();
+    HRESULT hr = Load();
+    if (FAILED(hr))
+        m_entries.clear();
+    return hr;
+}
+
+} // namespace talvor::platform::storage::detail
