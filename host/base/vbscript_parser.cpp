@@ -407,14 +407,17 @@ private:
         return static_cast<NodeIndex>(m_tree.nodes.size() - 1);
     }
 
-    // An empty argument has no token of its own; it stands right behind the one before it.
-    NodeIndex NewMissingArgument() {
+    // A node that starts right behind the last token read: an empty argument, which has no
+    // token of its own, and a block, whose first token may be a line end or the script's end.
+    NodeIndex NewNodeBehind(NodeKind kind) {
         Node node;
-        node.kind = NodeKind::MissingArgument;
+        node.kind = kind;
         node.begin = node.end = EndOfPrevious();
         m_tree.nodes.push_back(node);
         return static_cast<NodeIndex>(m_tree.nodes.size() - 1);
     }
+
+    NodeIndex NewMissingArgument() { return NewNodeBehind(NodeKind::MissingArgument); }
 
     NodeIndex NewNamed(NodeKind kind, const Token& first, const Token& name) {
         const NodeIndex node = NewNode(kind, first);
@@ -546,7 +549,7 @@ private:
     };
 
     NodeIndex ParseBody(NodeIndex parent) {
-        const NodeIndex block = NewNode(NodeKind::Block, Cur());
+        const NodeIndex block = NewNodeBehind(NodeKind::Block);
         AddChild(parent, block);
         if (!TooDeep())
             ParseBlock(block);
@@ -980,7 +983,7 @@ private:
     }
 
     void ParseInlineStatements(NodeIndex parent) {
-        const NodeIndex block = NewNode(NodeKind::Block, Cur());
+        const NodeIndex block = NewNodeBehind(NodeKind::Block);
         AddChild(parent, block);
         ++m_inline;
         for (;;) {

@@ -21,7 +21,7 @@ struct SourcePosition {
 };
 
 // Children of each kind, in order:
-//   Script, Block           statements
+//   Script, Block           statements (a Block begins right behind the head that opens it)
 //   ClassDeclaration        text = name; Block of members
 //   Procedure               text = name; Parameter..., Block
 //   Parameter               text = name

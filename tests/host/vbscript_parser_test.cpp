@@ -390,6 +390,29 @@ TEST(VbscriptLimits, LongOperatorChainsAreRefusedPastTheLimit) {
     EXPECT_FALSE(ParseScript(manyLong).HasErrors());
 }
 
+// Every node lies inside the source and inside its parent; the count of bad nodes.
+int NodesOutsideTheirParent(const SyntaxTree& tree, NodeIndex index) {
+    const Node& node = tree.At(index);
+    int bad = node.begin.offset > node.end.offset || node.end.offset > tree.source.size();
+    for (NodeIndex child = node.firstChild; child != NoNode; child = tree.At(child).nextSibling) {
+        const Node& c = tree.At(child);
+        bad += c.begin.offset < node.begin.offset || c.end.offset > node.end.offset;
+        bad += NodesOutsideTheirParent(tree, child);
+    }
+    return bad;
+}
+
+TEST(VbscriptLimits, NodeRangesNestInsideTheirParents) {
+    // Inputs the fuzz target reduced: blocks and arguments that begin at a line end or the end
+    // of the script.
+    for (const char* script : {"Sub x = (1 + _\n", "Sub A\n  If x Then\n    : Exit Sub : End\n",
+                               "obj.Add \"k\", \r\nx = 1", "If a Then\n", "If a Then :", "Do\n",
+                               "Select Case x\n", "Class C", "f(1, "}) {
+        SCOPED_TRACE(script);
+        EXPECT_EQ(NodesOutsideTheirParent(ParseScript(script), 0), 0);
+    }
+}
+
 TEST(VbscriptLimits, LineEndsOfEveryKindCountLines) {
     const SyntaxTree tree = ParseScript("a = 1\rb = 2\r\nc = 3\nd = \"\xE4\xB8\xAD\" + e");
     ASSERT_FALSE(tree.HasErrors());
