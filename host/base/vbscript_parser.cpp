@@ -1364,6 +1364,11 @@ private:
             return;
         }
         NodeIndex call = target;
+        if (AtStatementEnd() && chainEnd.lastArguments == target && ArgumentCount(target) >= 2) {
+            const Token& paren = m_tokens[chainEnd.parenToken];
+            ErrorAt(paren, "parentheses around more than one argument of a call statement; "
+                           "write the arguments without them, or use 'Call'");
+        }
         if (!AtStatementEnd()) {
             // Arguments without parentheses. When the chain ended in "(...)", those parentheses
             // belong to the first argument: read them again as an expression.
@@ -1372,6 +1377,7 @@ private:
                 callee = chainEnd.callee;
                 m_pos = chainEnd.parenToken;
                 m_tree.nodes.resize(chainEnd.lastArguments);
+                m_tree.errors.resize(chainEnd.errorCount);
                 m_tree.nodes[callee].nextSibling = NoNode;
             }
             call = NewNode(NodeKind::CallOrIndex, first);
@@ -1404,7 +1410,16 @@ private:
         NodeIndex lastArguments = NoNode; // the CallOrIndex of a final "(...)"
         NodeIndex callee = NoNode;        // what stood before it
         std::size_t parenToken = 0;
+        std::size_t errorCount = 0; // errors told before the "(", all that stay on a re-read
     };
+
+    int ArgumentCount(NodeIndex call) const {
+        int count = -1; // the first child is the callee
+        for (NodeIndex child = m_tree.nodes[call].firstChild; child != NoNode;
+             child = m_tree.nodes[child].nextSibling)
+            ++count;
+        return count;
+    }
 
     // A name with its member accesses and argument lists: a.b(1).c
     NodeIndex ParseChain(ChainEnd* chainEnd) {
@@ -1449,7 +1464,7 @@ private:
                 const std::size_t parenToken = m_pos;
                 const NodeIndex call = NewNode(NodeKind::CallOrIndex, first);
                 if (chainEnd != nullptr)
-                    *chainEnd = {call, node, parenToken};
+                    *chainEnd = {call, node, parenToken, m_tree.errors.size()};
                 AddChild(call, node);
                 node = call;
                 Advance();

@@ -183,7 +183,7 @@ TEST(VbscriptStatements, EachFormReadsAsItsNode) {
 }
 
 TEST(VbscriptStatements, EmptyArgumentsLieInsideTheirCall) {
-    for (const char* script : {"obj.Add \"k\", \r\nx = 1", "f(1, , )", "f , "}) {
+    for (const char* script : {"obj.Add \"k\", \r\nx = 1", "Call f(1, , )", "f , "}) {
         SCOPED_TRACE(script);
         const SyntaxTree tree = ParseScript(script);
         ASSERT_FALSE(tree.HasErrors());
@@ -319,6 +319,9 @@ const Case Errors[] = {
     {"Public Default Sub S\nEnd Sub",
      "1:8: 'Default' is allowed only on a 'Public' procedure of a class"},
     {"x = Loop", "1:5: expected an expression, found keyword 'Loop'"},
+    {"x = 1\nobj.Add(\"k\", 1)", "2:8: parentheses around more than one argument of a call "
+                                 "statement; write the arguments without them, or use 'Call'"},
+    {"f (a, b) + 1", "1:5: expected ')' to close the parenthesis, found ','"},
 };
 
 TEST(VbscriptErrors, FirstErrorHasLineColumnAndMessage) {
