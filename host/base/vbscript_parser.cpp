@@ -381,7 +381,10 @@ private:
     // ---- errors
 
     void ErrorAt(const Token& token, std::string message) {
-        m_tree.errors.push_back({PositionAt(token), std::move(message)});
+        const bool lineEnd =
+            token.kind == TokenKind::NewLine || token.kind == TokenKind::EndOfScript;
+        m_tree.errors.push_back(
+            {PositionAt(token), std::move(message), lineEnd ? 0 : token.length});
     }
 
     // Refuses nesting past the limit: the rest of the script is not read.

@@ -171,6 +171,7 @@ struct Node {
 struct SyntaxError {
     SourcePosition position;
     std::string message; // lower-case start, no period: "expected 'Then' after the condition"
+    uint32_t length = 0; // bytes from position that the error covers; 0 at a line end
 };
 
 struct ParameterInfo {

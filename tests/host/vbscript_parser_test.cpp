@@ -331,6 +331,19 @@ TEST(VbscriptErrors, FirstErrorHasLineColumnAndMessage) {
     }
 }
 
+TEST(VbscriptErrors, EachErrorCoversWhatIsWrong) {
+    const Case lengths[] = {
+        {"x = \"abc", "4"}, {"x = y zz", "2"},  {"x = 1 +", "0"},  {"Next", "4"},
+        {"x = $", "1"},     {"x = 12abc", "2"}, {"y = #1/2", "4"}, {"If a\n", "0"},
+    };
+    for (const Case& c : lengths) {
+        SCOPED_TRACE(c.in);
+        const SyntaxTree tree = ParseScript(c.in);
+        ASSERT_TRUE(tree.HasErrors());
+        EXPECT_EQ(std::to_string(tree.errors.front().length), c.out);
+    }
+}
+
 TEST(VbscriptErrors, OneErrorPerLineAndTheParseGoesOn) {
     const SyntaxTree tree = ParseScript("x = $ $ $\nSub S\n y = )\nEnd Sub\nz = (");
     ASSERT_EQ(tree.errors.size(), 3u);
