@@ -939,8 +939,10 @@ private:
         }
         if (!Is(TokenKind::NewLine) && !Is(TokenKind::EndOfScript))
             return ParseSingleLineIf(node);
-        if (!BlockStatementAllowed(first))
+        if (!BlockStatementAllowed(first)) {
+            Finish(node);
             return;
+        }
         OpenScope scope(*this, Construct::If, first.line);
         ParseBody(node);
         while (IsKeyword(Keyword::ElseIf)) {

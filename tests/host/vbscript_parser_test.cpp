@@ -421,9 +421,10 @@ int NodesOutsideTheirParent(const SyntaxTree& tree, NodeIndex index) {
 TEST(VbscriptLimits, NodeRangesNestInsideTheirParents) {
     // Inputs the fuzz target reduced: blocks and arguments that begin at a line end or the end
     // of the script.
-    for (const char* script : {"Sub x = (1 + _\n", "Sub A\n  If x Then\n    : Exit Sub : End\n",
-                               "obj.Add \"k\", \r\nx = 1", "If a Then\n", "If a Then :", "Do\n",
-                               "Select Case x\n", "Class C", "f(1, "}) {
+    for (const char* script :
+         {"Sub x = (1 + _\n", "Sub A\n  If x Then\n    : Exit Sub : End\n",
+          "obj.Add \"k\", \r\nx = 1", "If a Then\n", "If a Then :", "Do\n", "Select Case x\n",
+          "Class C", "f(1, ", "If a Then If (b = 0) And c Then\r\n  x\r\nEnd If"}) {
         SCOPED_TRACE(script);
         EXPECT_EQ(NodesOutsideTheirParent(ParseScript(script), 0), 0);
     }
