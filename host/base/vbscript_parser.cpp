@@ -491,11 +491,13 @@ private:
 
     const Open* InnermostProcedure() const {
         for (auto it = m_open.rbegin(); it != m_open.rend(); ++it) {
-            if (it->construct == Construct::Sub || it->construct == Construct::Function ||
-                it->construct == Construct::Property)
+            if (IsProcedure(it->construct))
                 return &*it;
         }
         return nullptr;
+    }
+    Open* InnermostProcedure() {
+        return const_cast<Open*>(std::as_const(*this).InnermostProcedure());
     }
 
     bool InClassBody() const { return m_open.back().construct == Construct::Class; }
@@ -827,13 +829,13 @@ private:
             construct = Construct::Property;
             headText = "'Property'";
         }
-        if (const Open* outer = InnermostProcedure()) {
+        if (Open* outer = InnermostProcedure()) {
             // Read it as a procedure anyway, so its own End closes it and not the outer one.
             ErrorAt(head, std::string("'") + ConstructText(outer->construct) + "' on line " +
                               std::to_string(outer->line) + " is not closed: expected '" +
                               CloserText(FinalCloser(outer->construct)) + "' before this " +
                               headText);
-            const_cast<Open*>(outer)->reported = true;
+            outer->reported = true;
         } else if (m_open.back().construct != Construct::Script && !InClassBody()) {
             ErrorAt(head, std::string(headText) +
                               " must stand at the top level of the script or in a class");
