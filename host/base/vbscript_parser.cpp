@@ -312,8 +312,13 @@ private:
             break;
         }
         std::string_view text = TextOf(token);
-        std::string shown(text.substr(0, 32));
-        if (text.size() > 32)
+        // A long token is cut, but not inside a UTF-8 sequence.
+        std::size_t cut = std::min<std::size_t>(text.size(), 32);
+        while (cut < text.size() && cut > 0 &&
+               (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
+            --cut;
+        std::string shown(text.substr(0, cut));
+        if (cut < text.size())
             shown += "...";
         if (token.kind == TokenKind::String)
             return "string " + shown;

@@ -319,6 +319,8 @@ const Case Errors[] = {
     {"Public Default Sub S\nEnd Sub",
      "1:8: 'Default' is allowed only on a 'Public' procedure of a class"},
     {"x = Loop", "1:5: expected an expression, found keyword 'Loop'"},
+    {"x = 1 \"abcdefghijklmnopqrstuvwxyz0123\xE4\xB8\xAD\"",
+     "1:7: expected end of statement, found string \"abcdefghijklmnopqrstuvwxyz0123..."},
     {"x = 1\nobj.Add(\"k\", 1)", "2:8: parentheses around more than one argument of a call "
                                  "statement; write the arguments without them, or use 'Call'"},
     {"f (a, b) + 1", "1:5: expected ')' to close the parenthesis, found ','"},
