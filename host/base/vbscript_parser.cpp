@@ -1731,8 +1731,8 @@ SyntaxTree ParseScript(std::string_view source) {
     SyntaxTree tree;
     tree.source.assign(source);
     LexResult lexed = Tokenize(tree.source);
-    // Real scripts make about one node for every two tokens.
-    tree.nodes.reserve(lexed.tokens.size() / 2 + 16);
+    // Real scripts make about two nodes for every three tokens; growing the array would copy it.
+    tree.nodes.reserve(lexed.tokens.size() * 3 / 4 + 16);
     Parser(tree, lexed).Run();
     tree.comments = std::move(lexed.comments);
     // Lexer and parser errors by position; behind the first error of a line the others on it
