@@ -1729,6 +1729,15 @@ private:
 
 SyntaxTree ParseScript(std::string_view source) {
     SyntaxTree tree;
+    // Positions are 32-bit; a larger text is refused whole rather than read with wrong ones.
+    if (source.size() >= MaxScriptBytes) {
+        tree.nodes.push_back(Node{});
+        tree.errors.push_back({{1, 1, 0},
+                               "script of " + std::to_string(source.size()) +
+                                   " bytes is larger than the parser reads (" +
+                                   std::to_string(MaxScriptBytes) + " bytes)"});
+        return tree;
+    }
     tree.source.assign(source);
     LexResult lexed = Tokenize(tree.source);
     // Real scripts make about two nodes for every three tokens; growing the array would copy it.
