@@ -2,6 +2,7 @@
 // written in a double-byte or UTF-8 code page read as names and strings keep their bytes.
 #include "host/base/vbscript_lexer.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -164,8 +165,12 @@ private:
                 static_cast<uint32_t>(offset)};
     }
 
+    // The error covers the token just pushed when it starts there, else one byte.
     void Error(std::size_t offset, std::string message) {
-        m_result.errors.push_back({PositionAt(offset), std::move(message)});
+        uint32_t length = 1;
+        if (!m_result.tokens.empty() && m_result.tokens.back().offset == offset)
+            length = std::max<uint32_t>(1, m_result.tokens.back().length);
+        m_result.errors.push_back({PositionAt(offset), std::move(message), length});
     }
 
     Token& Push(TokenKind kind, std::size_t offset, std::size_t length) {

@@ -312,8 +312,13 @@ private:
             break;
         }
         std::string_view text = TextOf(token);
-        std::string shown(text.substr(0, 32));
-        if (text.size() > 32)
+        // A long token is cut, but not inside a UTF-8 sequence.
+        std::size_t cut = std::min<std::size_t>(text.size(), 32);
+        while (cut < text.size() && cut > 0 &&
+               (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
+            --cut;
+        std::string shown(text.substr(0, cut));
+        if (cut < text.size())
             shown += "...";
         if (token.kind == TokenKind::String)
             return "string " + shown;
@@ -381,7 +386,10 @@ private:
     // ---- errors
 
     void ErrorAt(const Token& token, std::string message) {
-        m_tree.errors.push_back({PositionAt(token), std::move(message)});
+        const bool lineEnd =
+            token.kind == TokenKind::NewLine || token.kind == TokenKind::EndOfScript;
+        m_tree.errors.push_back(
+            {PositionAt(token), std::move(message), lineEnd ? 0 : token.length});
     }
 
     // Refuses nesting past the limit: the rest of the script is not read.
@@ -407,14 +415,17 @@ private:
         return static_cast<NodeIndex>(m_tree.nodes.size() - 1);
     }
 
-    // An empty argument has no token of its own; it stands right behind the one before it.
-    NodeIndex NewMissingArgument() {
+    // A node that starts right behind the last token read: an empty argument, which has no
+    // token of its own, and a block, whose first token may be a line end or the script's end.
+    NodeIndex NewNodeBehind(NodeKind kind) {
         Node node;
-        node.kind = NodeKind::MissingArgument;
+        node.kind = kind;
         node.begin = node.end = EndOfPrevious();
         m_tree.nodes.push_back(node);
         return static_cast<NodeIndex>(m_tree.nodes.size() - 1);
     }
+
+    NodeIndex NewMissingArgument() { return NewNodeBehind(NodeKind::MissingArgument); }
 
     NodeIndex NewNamed(NodeKind kind, const Token& first, const Token& name) {
         const NodeIndex node = NewNode(kind, first);
@@ -485,11 +496,13 @@ private:
 
     const Open* InnermostProcedure() const {
         for (auto it = m_open.rbegin(); it != m_open.rend(); ++it) {
-            if (it->construct == Construct::Sub || it->construct == Construct::Function ||
-                it->construct == Construct::Property)
+            if (IsProcedure(it->construct))
                 return &*it;
         }
         return nullptr;
+    }
+    Open* InnermostProcedure() {
+        return const_cast<Open*>(std::as_const(*this).InnermostProcedure());
     }
 
     bool InClassBody() const { return m_open.back().construct == Construct::Class; }
@@ -546,7 +559,7 @@ private:
     };
 
     NodeIndex ParseBody(NodeIndex parent) {
-        const NodeIndex block = NewNode(NodeKind::Block, Cur());
+        const NodeIndex block = NewNodeBehind(NodeKind::Block);
         AddChild(parent, block);
         if (!TooDeep())
             ParseBlock(block);
@@ -821,13 +834,13 @@ private:
             construct = Construct::Property;
             headText = "'Property'";
         }
-        if (const Open* outer = InnermostProcedure()) {
+        if (Open* outer = InnermostProcedure()) {
             // Read it as a procedure anyway, so its own End closes it and not the outer one.
             ErrorAt(head, std::string("'") + ConstructText(outer->construct) + "' on line " +
                               std::to_string(outer->line) + " is not closed: expected '" +
                               CloserText(FinalCloser(outer->construct)) + "' before this " +
                               headText);
-            const_cast<Open*>(outer)->reported = true;
+            outer->reported = true;
         } else if (m_open.back().construct != Construct::Script && !InClassBody()) {
             ErrorAt(head, std::string(headText) +
                               " must stand at the top level of the script or in a class");
@@ -933,8 +946,10 @@ private:
         }
         if (!Is(TokenKind::NewLine) && !Is(TokenKind::EndOfScript))
             return ParseSingleLineIf(node);
-        if (!BlockStatementAllowed(first))
+        if (!BlockStatementAllowed(first)) {
+            Finish(node);
             return;
+        }
         OpenScope scope(*this, Construct::If, first.line);
         ParseBody(node);
         while (IsKeyword(Keyword::ElseIf)) {
@@ -980,7 +995,7 @@ private:
     }
 
     void ParseInlineStatements(NodeIndex parent) {
-        const NodeIndex block = NewNode(NodeKind::Block, Cur());
+        const NodeIndex block = NewNodeBehind(NodeKind::Block);
         AddChild(parent, block);
         ++m_inline;
         for (;;) {
@@ -1361,6 +1376,11 @@ private:
             return;
         }
         NodeIndex call = target;
+        if (AtStatementEnd() && chainEnd.lastArguments == target && ArgumentCount(target) >= 2) {
+            const Token& paren = m_tokens[chainEnd.parenToken];
+            ErrorAt(paren, "parentheses around more than one argument of a call statement; "
+                           "write the arguments without them, or use 'Call'");
+        }
         if (!AtStatementEnd()) {
             // Arguments without parentheses. When the chain ended in "(...)", those parentheses
             // belong to the first argument: read them again as an expression.
@@ -1369,6 +1389,7 @@ private:
                 callee = chainEnd.callee;
                 m_pos = chainEnd.parenToken;
                 m_tree.nodes.resize(chainEnd.lastArguments);
+                m_tree.errors.resize(chainEnd.errorCount);
                 m_tree.nodes[callee].nextSibling = NoNode;
             }
             call = NewNode(NodeKind::CallOrIndex, first);
@@ -1401,7 +1422,16 @@ private:
         NodeIndex lastArguments = NoNode; // the CallOrIndex of a final "(...)"
         NodeIndex callee = NoNode;        // what stood before it
         std::size_t parenToken = 0;
+        std::size_t errorCount = 0; // errors told before the "(", all that stay on a re-read
     };
+
+    int ArgumentCount(NodeIndex call) const {
+        int count = -1; // the first child is the callee
+        for (NodeIndex child = m_tree.nodes[call].firstChild; child != NoNode;
+             child = m_tree.nodes[child].nextSibling)
+            ++count;
+        return count;
+    }
 
     // A name with its member accesses and argument lists: a.b(1).c
     NodeIndex ParseChain(ChainEnd* chainEnd) {
@@ -1446,7 +1476,7 @@ private:
                 const std::size_t parenToken = m_pos;
                 const NodeIndex call = NewNode(NodeKind::CallOrIndex, first);
                 if (chainEnd != nullptr)
-                    *chainEnd = {call, node, parenToken};
+                    *chainEnd = {call, node, parenToken, m_tree.errors.size()};
                 AddChild(call, node);
                 node = call;
                 Advance();
@@ -1699,10 +1729,19 @@ private:
 
 SyntaxTree ParseScript(std::string_view source) {
     SyntaxTree tree;
+    // Positions are 32-bit; a larger text is refused whole rather than read with wrong ones.
+    if (source.size() >= MaxScriptBytes) {
+        tree.nodes.push_back(Node{});
+        tree.errors.push_back({{1, 1, 0},
+                               "script of " + std::to_string(source.size()) +
+                                   " bytes is larger than the parser reads (" +
+                                   std::to_string(MaxScriptBytes) + " bytes)"});
+        return tree;
+    }
     tree.source.assign(source);
     LexResult lexed = Tokenize(tree.source);
-    // Real scripts make about one node for every two tokens.
-    tree.nodes.reserve(lexed.tokens.size() / 2 + 16);
+    // Real scripts make about two nodes for every three tokens; growing the array would copy it.
+    tree.nodes.reserve(lexed.tokens.size() * 3 / 4 + 16);
     Parser(tree, lexed).Run();
     tree.comments = std::move(lexed.comments);
     // Lexer and parser errors by position; behind the first error of a line the others on it

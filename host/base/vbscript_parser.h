@@ -5,6 +5,7 @@
 
 #include "host/base/vbscript_syntax_tree.h"
 
+#include <cstddef>
 #include <string_view>
 
 namespace talvor::host::vbscript {
@@ -16,6 +17,9 @@ constexpr int MaxNestingDepth = 200;
 // ("a & b & c" leans left); past this many the statement is refused, so the tree stays shallow
 // enough for recursive walks of it.
 constexpr int MaxStatementOperations = 4096;
+
+// Positions are counted in 32 bits; a larger text gives an empty Script and one error.
+constexpr std::size_t MaxScriptBytes = 0xFFFFFF00u;
 
 // Never fails: the tree holds what could be read and `errors` what could not, sorted by
 // position, at most one per line (the first one there, which the rest on the line follow from).

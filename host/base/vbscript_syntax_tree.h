@@ -21,7 +21,7 @@ struct SourcePosition {
 };
 
 // Children of each kind, in order:
-//   Script, Block           statements
+//   Script, Block           statements (a Block begins right behind the head that opens it)
 //   ClassDeclaration        text = name; Block of members
 //   Procedure               text = name; Parameter..., Block
 //   Parameter               text = name
@@ -171,6 +171,7 @@ struct Node {
 struct SyntaxError {
     SourcePosition position;
     std::string message; // lower-case start, no period: "expected 'Then' after the condition"
+    uint32_t length = 0; // bytes from position that the error covers; 0 at a line end
 };
 
 struct ParameterInfo {

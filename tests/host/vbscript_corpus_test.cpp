@@ -82,6 +82,32 @@ TEST(VbscriptCorpus, EveryScriptParsesWithoutError) {
     }
 }
 
+int NodesOutsideTheirParent(const SyntaxTree& tree, NodeIndex index) {
+    const Node& node = tree.At(index);
+    int bad = node.begin.offset > node.end.offset || node.end.offset > tree.source.size();
+    for (NodeIndex child = node.firstChild; child != NoNode; child = tree.At(child).nextSibling) {
+        const Node& c = tree.At(child);
+        bad += c.begin.offset < node.begin.offset || c.end.offset > node.end.offset;
+        bad += NodesOutsideTheirParent(tree, child);
+    }
+    return bad;
+}
+
+TEST(VbscriptCorpus, NodeRangesNestAndProceduresMatchTheirText) {
+    for (const std::string& path : ScriptFiles()) {
+        SCOPED_TRACE(path);
+        const SyntaxTree tree = ParseScript(ReadFileBytes(path));
+        EXPECT_EQ(NodesOutsideTheirParent(tree, 0), 0);
+        for (const ProcedureInfo& procedure : tree.Procedures()) {
+            // The name in the tree is the text at its position.
+            const std::string_view at(tree.source.data() + procedure.nameAt.offset,
+                                      procedure.name.size());
+            EXPECT_EQ(at, procedure.name);
+            EXPECT_LE(procedure.begin.line, procedure.end.line);
+        }
+    }
+}
+
 // The scripts that parse clean, with their trees.
 struct CleanScript {
     std::string path;

@@ -183,7 +183,7 @@ TEST(VbscriptStatements, EachFormReadsAsItsNode) {
 }
 
 TEST(VbscriptStatements, EmptyArgumentsLieInsideTheirCall) {
-    for (const char* script : {"obj.Add \"k\", \r\nx = 1", "f(1, , )", "f , "}) {
+    for (const char* script : {"obj.Add \"k\", \r\nx = 1", "Call f(1, , )", "f , "}) {
         SCOPED_TRACE(script);
         const SyntaxTree tree = ParseScript(script);
         ASSERT_FALSE(tree.HasErrors());
@@ -319,12 +319,30 @@ const Case Errors[] = {
     {"Public Default Sub S\nEnd Sub",
      "1:8: 'Default' is allowed only on a 'Public' procedure of a class"},
     {"x = Loop", "1:5: expected an expression, found keyword 'Loop'"},
+    {"x = 1 \"abcdefghijklmnopqrstuvwxyz0123\xE4\xB8\xAD\"",
+     "1:7: expected end of statement, found string \"abcdefghijklmnopqrstuvwxyz0123..."},
+    {"x = 1\nobj.Add(\"k\", 1)", "2:8: parentheses around more than one argument of a call "
+                                 "statement; write the arguments without them, or use 'Call'"},
+    {"f (a, b) + 1", "1:5: expected ')' to close the parenthesis, found ','"},
 };
 
 TEST(VbscriptErrors, FirstErrorHasLineColumnAndMessage) {
     for (const Case& c : Errors) {
         SCOPED_TRACE(c.in);
         EXPECT_EQ(FirstError(c.in), c.out);
+    }
+}
+
+TEST(VbscriptErrors, EachErrorCoversWhatIsWrong) {
+    const Case lengths[] = {
+        {"x = \"abc", "4"}, {"x = y zz", "2"},  {"x = 1 +", "0"},  {"Next", "4"},
+        {"x = $", "1"},     {"x = 12abc", "2"}, {"y = #1/2", "4"}, {"If a\n", "0"},
+    };
+    for (const Case& c : lengths) {
+        SCOPED_TRACE(c.in);
+        const SyntaxTree tree = ParseScript(c.in);
+        ASSERT_TRUE(tree.HasErrors());
+        EXPECT_EQ(std::to_string(tree.errors.front().length), c.out);
     }
 }
 
@@ -388,6 +406,30 @@ TEST(VbscriptLimits, LongOperatorChainsAreRefusedPastTheLimit) {
         manyLong += "\n";
     }
     EXPECT_FALSE(ParseScript(manyLong).HasErrors());
+}
+
+// Every node lies inside the source and inside its parent; the count of bad nodes.
+int NodesOutsideTheirParent(const SyntaxTree& tree, NodeIndex index) {
+    const Node& node = tree.At(index);
+    int bad = node.begin.offset > node.end.offset || node.end.offset > tree.source.size();
+    for (NodeIndex child = node.firstChild; child != NoNode; child = tree.At(child).nextSibling) {
+        const Node& c = tree.At(child);
+        bad += c.begin.offset < node.begin.offset || c.end.offset > node.end.offset;
+        bad += NodesOutsideTheirParent(tree, child);
+    }
+    return bad;
+}
+
+TEST(VbscriptLimits, NodeRangesNestInsideTheirParents) {
+    // Inputs the fuzz target reduced: blocks and arguments that begin at a line end or the end
+    // of the script.
+    for (const char* script :
+         {"Sub x = (1 + _\n", "Sub A\n  If x Then\n    : Exit Sub : End\n",
+          "obj.Add \"k\", \r\nx = 1", "If a Then\n", "If a Then :", "Do\n", "Select Case x\n",
+          "Class C", "f(1, ", "If a Then If (b = 0) And c Then\r\n  x\r\nEnd If"}) {
+        SCOPED_TRACE(script);
+        EXPECT_EQ(NodesOutsideTheirParent(ParseScript(script), 0), 0);
+    }
 }
 
 TEST(VbscriptLimits, LineEndsOfEveryKindCountLines) {

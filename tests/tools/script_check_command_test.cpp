@@ -46,6 +46,7 @@ TEST(ScriptCheckCommand, JsonListsErrorsPerFile) {
     ASSERT_EQ(report[0]["errors"].size(), 1u);
     EXPECT_EQ(report[0]["errors"][0]["line"], 1);
     EXPECT_EQ(report[0]["errors"][0]["column"], 9);
+    EXPECT_EQ(report[0]["errors"][0]["length"], 0);
     EXPECT_EQ(report[0]["errors"][0]["message"], "expected an expression, found end of line");
 }
 

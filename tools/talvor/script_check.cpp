@@ -40,6 +40,7 @@ int RunScriptCheck(const Args& args) {
             if (json) {
                 errors.push_back({{"line", e.position.line},
                                   {"column", e.position.column},
+                                  {"length", e.length},
                                   {"message", e.message}});
             } else {
                 std::printf("%s:%u:%u: %s\n", file.c_str(), e.position.line, e.position.column,
