@@ -1,31 +1,72 @@
-// A least-recently-used cache of compiled patterns.
+// A least-recently-used cache of compiled patterns, found by wide or by 8-bit pattern.
 #include "text/detail/regex_cache.h"
+
+#include "platform/codepage/code_page.h"
 
 namespace talvor::text::detail {
 
-HRESULT RegexCache::Compile(std::u16string_view pattern, bool ignoreCase,
-                            platform::CompiledRegExpPtr& out) {
+HRESULT RegexCache::Find(std::u16string_view pattern, bool ignoreCase, EntryList::iterator& at,
+                         platform::CompiledRegExpPtr& out) {
+    at = m_entries.end();
     if (m_capacity == 0)
         return platform::CompileRegExp(pattern, ignoreCase, out);
     auto found = m_index.find(Key{pattern, ignoreCase});
     if (found != m_index.end()) {
         m_entries.splice(m_entries.begin(), m_entries, found->second);
-        out = found->second->compiled;
+        at = found->second;
+        out = at->compiled;
         return S_OK;
     }
     platform::CompiledRegExpPtr compiled;
     HRESULT hr = platform::CompileRegExp(pattern, ignoreCase, compiled);
     if (FAILED(hr))
         return hr;
-    m_entries.push_front(Entry{std::u16string(pattern), ignoreCase, compiled});
+    m_entries.push_front(Entry{std::u16string(pattern), ignoreCase, compiled, {}, 0});
     try {
         m_index.emplace(Key{m_entries.front().pattern, ignoreCase}, m_entries.begin());
     } catch (...) {
         m_entries.pop_front();
         throw;
     }
+    at = m_entries.begin();
     Trim();
     out = std::move(compiled);
+    return S_OK;
+}
+
+HRESULT RegexCache::Compile(std::u16string_view pattern, bool ignoreCase,
+                            platform::CompiledRegExpPtr& out) {
+    EntryList::iterator at;
+    return Find(pattern, ignoreCase, at, out);
+}
+
+HRESULT RegexCache::CompileNarrow(std::string_view pattern, unsigned codePage, bool ignoreCase,
+                                  std::u16string_view& wide, platform::CompiledRegExpPtr& out) {
+    if (m_capacity != 0) {
+        auto found = m_narrowIndex.find(NarrowKey{pattern, codePage, ignoreCase});
+        if (found != m_narrowIndex.end()) {
+            m_entries.splice(m_entries.begin(), m_entries, found->second);
+            wide = found->second->pattern;
+            out = found->second->compiled;
+            return S_OK;
+        }
+    }
+    platform::ToWide(pattern, m_wide);
+    wide = m_wide;
+    EntryList::iterator at;
+    HRESULT hr = Find(m_wide, ignoreCase, at, out);
+    if (FAILED(hr) || at == m_entries.end())
+        return hr;
+    // One 8-bit key per entry: the one asked last (the same wide pattern comes from other
+    // bytes in another code page).
+    Entry& entry = *at;
+    if (entry.codePage != 0)
+        m_narrowIndex.erase(NarrowKey{entry.narrow, entry.codePage, entry.ignoreCase});
+    entry.codePage = 0;
+    entry.narrow.assign(pattern);
+    m_narrowIndex.emplace(NarrowKey{entry.narrow, codePage, ignoreCase}, at);
+    entry.codePage = codePage;
+    wide = entry.pattern;
     return S_OK;
 }
 
@@ -35,14 +76,20 @@ void RegexCache::SetCapacity(std::size_t capacity) {
 }
 
 void RegexCache::Clear() {
+    m_narrowIndex.clear();
     m_index.clear();
     m_entries.clear();
 }
 
+void RegexCache::Forget(const Entry& entry) {
+    if (entry.codePage != 0)
+        m_narrowIndex.erase(NarrowKey{entry.narrow, entry.codePage, entry.ignoreCase});
+    m_index.erase(Key{entry.pattern, entry.ignoreCase});
+}
+
 void RegexCache::Trim() {
     while (m_entries.size() > m_capacity) {
-        const Entry& oldest = m_entries.back();
-        m_index.erase(Key{oldest.pattern, oldest.ignoreCase});
+        Forget(m_entries.back());
         m_entries.pop_back();
     }
 }

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <cwctype>
@@ -253,6 +254,7 @@ unsigned char AsciiUpper(unsigned char b) {
 struct IconvPair {
     iconv_t toWide = reinterpret_cast<iconv_t>(-1);
     iconv_t fromWide = reinterpret_cast<iconv_t>(-1);
+    bool asciiSame = false; // bytes below 0x80 and code units below 0x80 map to each other
     ~IconvPair() {
         if (toWide != reinterpret_cast<iconv_t>(-1))
             iconv_close(toWide);
@@ -260,6 +262,39 @@ struct IconvPair {
             iconv_close(fromWide);
     }
 };
+
+// True when the page converts every byte below 0x80 to the code unit of the same value and
+// back, so ASCII text may skip iconv. Asked once per page and thread, of the converters.
+bool AsciiMapsToItself(IconvPair& pair) {
+    if (pair.toWide == reinterpret_cast<iconv_t>(-1) ||
+        pair.fromWide == reinterpret_cast<iconv_t>(-1))
+        return false;
+    char bytes[0x80];
+    char units[0x100];
+    char back[0x80];
+    for (int b = 0; b < 0x80; ++b)
+        bytes[b] = static_cast<char>(b);
+    char* in = bytes;
+    std::size_t inLeft = sizeof bytes;
+    char* out = units;
+    std::size_t outLeft = sizeof units;
+    iconv(pair.toWide, nullptr, nullptr, nullptr, nullptr);
+    if (iconv(pair.toWide, &in, &inLeft, &out, &outLeft) == static_cast<std::size_t>(-1) ||
+        outLeft != 0)
+        return false;
+    for (int b = 0; b < 0x80; ++b)
+        if (units[2 * b] != static_cast<char>(b) || units[2 * b + 1] != 0)
+            return false;
+    in = units;
+    inLeft = sizeof units;
+    out = back;
+    outLeft = sizeof back;
+    iconv(pair.fromWide, nullptr, nullptr, nullptr, nullptr);
+    if (iconv(pair.fromWide, &in, &inLeft, &out, &outLeft) == static_cast<std::size_t>(-1) ||
+        outLeft != 0)
+        return false;
+    return std::memcmp(bytes, back, sizeof bytes) == 0;
+}
 
 // iconv descriptors carry shift state, so each thread keeps its own.
 IconvPair& Converters(const PageInfo& page) {
@@ -269,6 +304,7 @@ IconvPair& Converters(const PageInfo& page) {
         slot = std::make_unique<IconvPair>();
         slot->toWide = iconv_open("UTF-16LE", page.iconvName);
         slot->fromWide = iconv_open(page.iconvName, "UTF-16LE");
+        slot->asciiSame = AsciiMapsToItself(*slot);
     }
     return *slot;
 }
@@ -277,13 +313,12 @@ bool IsEscapeUnit(char16_t unit) {
     return unit >= 0xDC80 && unit <= 0xDCFF;
 }
 
-std::u16string IconvToWide(const PageInfo& page, std::string_view text) {
-    std::u16string out;
+void IconvToWide(const PageInfo& page, std::string_view text, std::u16string& out) {
     iconv_t cd = Converters(page).toWide;
     if (cd == reinterpret_cast<iconv_t>(-1)) { // no converter: bytes below 0x80 only
         for (unsigned char b : text)
             out.push_back(b < 0x80 ? char16_t(b) : char16_t(0xDC00 + b));
-        return out;
+        return;
     }
     iconv(cd, nullptr, nullptr, nullptr, nullptr);
     std::size_t pos = 0;
@@ -309,7 +344,6 @@ std::u16string IconvToWide(const PageInfo& page, std::string_view text) {
         ++pos;
         iconv(cd, nullptr, nullptr, nullptr, nullptr);
     }
-    return out;
 }
 
 void IconvFromWideRun(iconv_t cd, std::u16string_view run, std::string& out) {
@@ -344,8 +378,7 @@ void IconvFromWideRun(iconv_t cd, std::u16string_view run, std::string& out) {
     }
 }
 
-std::string IconvFromWide(const PageInfo& page, std::u16string_view wide) {
-    std::string out;
+void IconvFromWide(const PageInfo& page, std::u16string_view wide, std::string& out) {
     iconv_t cd = Converters(page).fromWide;
     std::size_t runStart = 0;
     auto flush = [&](std::size_t end) {
@@ -370,7 +403,6 @@ std::string IconvFromWide(const PageInfo& page, std::u16string_view wide) {
         runStart = i + 1;
     }
     flush(wide.size());
-    return out;
 }
 
 // Folds the character at pos to the form that case-insensitive comparison uses, writing its
@@ -504,84 +536,160 @@ bool IsLeadByte(unsigned char byte) {
     return false;
 }
 
-std::u16string ToWide(std::string_view text) {
-    const PageInfo& page = CurrentPage();
-    std::u16string out;
-    out.reserve(text.size());
-    auto* s = reinterpret_cast<const unsigned char*>(text.data());
-    if (page.kind == PageKind::Utf8) {
-        for (std::size_t pos = 0; pos < text.size();) {
-            if (s[pos] < 0x80) {
-                out.push_back(s[pos++]);
-                continue;
-            }
-            std::size_t n = Utf8SequenceLength(s, text.size(), pos);
-            if (n == 0) {
-                out.push_back(static_cast<char16_t>(0xDC00 + s[pos]));
-                ++pos;
-                continue;
-            }
-            char32_t cp = DecodeUtf8(s + pos, n);
-            if (cp >= 0x10000) {
-                cp -= 0x10000;
-                out.push_back(static_cast<char16_t>(0xD800 + (cp >> 10)));
-                out.push_back(static_cast<char16_t>(0xDC00 + (cp & 0x3FF)));
-            } else {
-                out.push_back(static_cast<char16_t>(cp));
-            }
-            pos += n;
+namespace {
+
+// Bytes below 0x80 from the start of text, written to out as code units of the same value up
+// to the first byte that is not; gives how many. Eight bytes are tested at a time.
+std::size_t WidenAscii(const char* text, std::size_t length, char16_t* out) {
+    std::size_t i = 0;
+    for (; i + 8 <= length; i += 8) {
+        std::uint64_t block;
+        std::memcpy(&block, text + i, 8);
+        if ((block & 0x8080808080808080ull) != 0)
+            break;
+        for (std::size_t k = 0; k < 8; ++k)
+            out[i + k] = static_cast<char16_t>(static_cast<unsigned char>(text[i + k]));
+    }
+    for (; i < length && static_cast<unsigned char>(text[i]) < 0x80; ++i)
+        out[i] = static_cast<char16_t>(static_cast<unsigned char>(text[i]));
+    return i;
+}
+
+// The same the other way: code units below 0x80 from the start, as bytes.
+std::size_t NarrowAscii(const char16_t* wide, std::size_t length, char* out) {
+    std::size_t i = 0;
+    for (; i + 4 <= length; i += 4) {
+        std::uint64_t block;
+        std::memcpy(&block, wide + i, 8);
+        if ((block & 0xFF80FF80FF80FF80ull) != 0)
+            break;
+        for (std::size_t k = 0; k < 4; ++k)
+            out[i + k] = static_cast<char>(wide[i + k]);
+    }
+    for (; i < length && wide[i] < 0x80; ++i)
+        out[i] = static_cast<char>(wide[i]);
+    return i;
+}
+
+bool AsciiSame(const PageInfo& page) {
+    if (page.kind == PageKind::Utf8 || page.codePage == 1252)
+        return true;
+    return Converters(page).asciiSame;
+}
+
+void Utf8ToWide(const unsigned char* s, std::size_t length, std::size_t pos, std::u16string& out) {
+    while (pos < length) {
+        if (s[pos] < 0x80) {
+            out.push_back(s[pos++]);
+            continue;
         }
-        return out;
+        std::size_t n = Utf8SequenceLength(s, length, pos);
+        if (n == 0) {
+            out.push_back(static_cast<char16_t>(0xDC00 + s[pos]));
+            ++pos;
+            continue;
+        }
+        char32_t cp = DecodeUtf8(s + pos, n);
+        if (cp >= 0x10000) {
+            cp -= 0x10000;
+            out.push_back(static_cast<char16_t>(0xD800 + (cp >> 10)));
+            out.push_back(static_cast<char16_t>(0xDC00 + (cp & 0x3FF)));
+        } else {
+            out.push_back(static_cast<char16_t>(cp));
+        }
+        pos += n;
     }
-    if (page.codePage == 1252) {
-        for (unsigned char b : text)
+}
+
+void Utf8FromWide(std::u16string_view wide, std::string& out) {
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+        char16_t unit = wide[i];
+        char encoded[4];
+        if (unit >= 0xD800 && unit <= 0xDBFF && i + 1 < wide.size() && wide[i + 1] >= 0xDC00 &&
+            wide[i + 1] <= 0xDFFF) {
+            char32_t cp = 0x10000 + ((char32_t(unit) - 0xD800) << 10) + (wide[i + 1] - 0xDC00);
+            out.append(encoded, EncodeUtf8(cp, encoded));
+            ++i;
+        } else if (IsEscapeUnit(unit)) {
+            out.push_back(static_cast<char>(unit & 0xFF));
+        } else if (unit >= 0xD800 && unit <= 0xDFFF) {
+            out.push_back('?');
+        } else {
+            out.append(encoded, EncodeUtf8(unit, encoded));
+        }
+    }
+}
+
+void Cp1252FromWide(std::u16string_view wide, std::string& out) {
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+        char16_t unit = wide[i];
+        if (IsEscapeUnit(unit)) {
+            out.push_back(static_cast<char>(unit & 0xFF));
+            continue;
+        }
+        int b = Cp1252Byte(unit);
+        out.push_back(b < 0 ? '?' : static_cast<char>(b));
+        if (b < 0 && unit >= 0xD800 && unit <= 0xDBFF && i + 1 < wide.size() &&
+            wide[i + 1] >= 0xDC00 && wide[i + 1] <= 0xDFFF)
+            ++i; // one "?" for the whole pair
+    }
+}
+
+} // namespace
+
+bool ToWide(std::string_view text, std::u16string& out) {
+    const PageInfo& page = CurrentPage();
+    // ASCII comes first and alone in almost every script line: it needs no table and no
+    // iconv in any page that maps it to itself. The rest starts at a character boundary.
+    std::size_t ascii = 0;
+    if (AsciiSame(page)) {
+        out.resize(text.size());
+        ascii = WidenAscii(text.data(), text.size(), out.data());
+        if (ascii == text.size())
+            return true;
+    }
+    out.resize(ascii);
+    const std::string_view rest = text.substr(ascii);
+    if (page.kind == PageKind::Utf8) {
+        Utf8ToWide(reinterpret_cast<const unsigned char*>(text.data()), text.size(), ascii, out);
+    } else if (page.codePage == 1252) {
+        for (unsigned char b : rest)
             out.push_back(b >= 0x80 && b < 0xA0 ? Cp1252High[b - 0x80] : char16_t(b));
-        return out;
+    } else {
+        IconvToWide(page, rest, out);
     }
-    return IconvToWide(page, text);
+    return false;
+}
+
+std::u16string ToWide(std::string_view text) {
+    std::u16string out;
+    ToWide(text, out);
+    return out;
+}
+
+void FromWide(std::u16string_view wide, std::string& out) {
+    const PageInfo& page = CurrentPage();
+    std::size_t ascii = 0;
+    if (AsciiSame(page)) {
+        out.resize(wide.size());
+        ascii = NarrowAscii(wide.data(), wide.size(), out.data());
+        if (ascii == wide.size())
+            return;
+    }
+    out.resize(ascii);
+    const std::u16string_view rest = wide.substr(ascii);
+    if (page.kind == PageKind::Utf8)
+        Utf8FromWide(rest, out);
+    else if (page.codePage == 1252)
+        Cp1252FromWide(rest, out);
+    else
+        IconvFromWide(page, rest, out);
 }
 
 std::string FromWide(std::u16string_view wide) {
-    const PageInfo& page = CurrentPage();
-    if (page.kind == PageKind::Utf8) {
-        std::string out;
-        out.reserve(wide.size());
-        for (std::size_t i = 0; i < wide.size(); ++i) {
-            char16_t unit = wide[i];
-            char encoded[4];
-            if (unit >= 0xD800 && unit <= 0xDBFF && i + 1 < wide.size() && wide[i + 1] >= 0xDC00 &&
-                wide[i + 1] <= 0xDFFF) {
-                char32_t cp = 0x10000 + ((char32_t(unit) - 0xD800) << 10) + (wide[i + 1] - 0xDC00);
-                out.append(encoded, EncodeUtf8(cp, encoded));
-                ++i;
-            } else if (IsEscapeUnit(unit)) {
-                out.push_back(static_cast<char>(unit & 0xFF));
-            } else if (unit >= 0xD800 && unit <= 0xDFFF) {
-                out.push_back('?');
-            } else {
-                out.append(encoded, EncodeUtf8(unit, encoded));
-            }
-        }
-        return out;
-    }
-    if (page.codePage == 1252) {
-        std::string out;
-        out.reserve(wide.size());
-        for (std::size_t i = 0; i < wide.size(); ++i) {
-            char16_t unit = wide[i];
-            if (IsEscapeUnit(unit)) {
-                out.push_back(static_cast<char>(unit & 0xFF));
-                continue;
-            }
-            int b = Cp1252Byte(unit);
-            out.push_back(b < 0 ? '?' : static_cast<char>(b));
-            if (b < 0 && unit >= 0xD800 && unit <= 0xDBFF && i + 1 < wide.size() &&
-                wide[i + 1] >= 0xDC00 && wide[i + 1] <= 0xDFFF)
-                ++i; // one "?" for the whole pair
-        }
-        return out;
-    }
-    return IconvFromWide(page, wide);
+    std::string out;
+    FromWide(wide, out);
+    return out;
 }
 
 int CompareExact(std::string_view a, std::string_view b) {

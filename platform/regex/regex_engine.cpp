@@ -108,6 +108,19 @@ HRESULT RegExpEngine::get_Global(VARIANT_BOOL* global) const {
     return S_OK;
 }
 
+HRESULT RegExpEngine::PutCompiledPattern(std::u16string_view pattern, VARIANT_BOOL ignoreCase,
+                                         CompiledRegExpPtr compiled) {
+    try {
+        if (pattern != m_pattern)
+            m_pattern.assign(pattern);
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+    m_ignoreCase = ignoreCase != VARIANT_FALSE;
+    m_compiled = std::move(compiled);
+    return S_OK;
+}
+
 HRESULT RegExpEngine::Compiled(const CompiledRegExp** compiled) {
     if (!m_compiled) {
         if (!m_compiler)
@@ -135,8 +148,7 @@ HRESULT RegExpEngine::Test(std::u16string_view text, VARIANT_BOOL* matched) {
         if (FAILED(hr))
             return hr;
         bool found = false;
-        std::vector<std::ptrdiff_t> groups;
-        hr = m_state->Find(*compiled, text, 0, found, groups);
+        hr = m_state->Find(*compiled, text, 0, found, m_groups);
         if (FAILED(hr))
             return hr;
         *matched = found ? VARIANT_TRUE : VARIANT_FALSE;

@@ -99,6 +99,11 @@ public:
     HRESULT get_IgnoreCase(VARIANT_BOOL* ignoreCase) const;
     HRESULT put_Global(VARIANT_BOOL global);
     HRESULT get_Global(VARIANT_BOOL* global) const;
+    // Pattern and IgnoreCase together with their compiled form, which a cache in front of the
+    // compiler already holds: the same state as put_Pattern and put_IgnoreCase followed by a
+    // first use, without asking the compiler. A null compiled form is compiled at first use.
+    HRESULT PutCompiledPattern(std::u16string_view pattern, VARIANT_BOOL ignoreCase,
+                               CompiledRegExpPtr compiled);
 
     // VARIANT_TRUE when the pattern matches somewhere in text.
     HRESULT Test(std::u16string_view text, VARIANT_BOOL* matched);
@@ -121,6 +126,7 @@ private:
     bool m_global = false;
     CompiledRegExpPtr m_compiled; // of m_pattern and m_ignoreCase, or null
     std::unique_ptr<RegExpMatchState> m_state;
+    std::vector<std::ptrdiff_t> m_groups; // of the last Test, kept for its storage
 };
 
 } // namespace talvor::platform
