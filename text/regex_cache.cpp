@@ -3,6 +3,10 @@
 
 #include "platform/codepage/code_page.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
 namespace talvor::text::detail {
 
 HRESULT RegexCache::Find(std::u16string_view pattern, bool ignoreCase, EntryList::iterator& at,
@@ -21,7 +25,8 @@ HRESULT RegexCache::Find(std::u16string_view pattern, bool ignoreCase, EntryList
     HRESULT hr = platform::CompileRegExp(pattern, ignoreCase, compiled);
     if (FAILED(hr))
         return hr;
-    m_entries.push_front(Entry{std::u16string(pattern), ignoreCase, compiled, {}, 0});
+    m_entries.push_front(Entry{std::u16string(pattern), ignoreCase, compiled, {}, 0, {}});
+    m_entries.front().self = m_entries.begin();
     try {
         m_index.emplace(Key{m_entries.front().pattern, ignoreCase}, m_entries.begin());
     } catch (...) {
@@ -40,12 +45,45 @@ HRESULT RegexCache::Compile(std::u16string_view pattern, bool ignoreCase,
     return Find(pattern, ignoreCase, at, out);
 }
 
+std::size_t RegexCache::QuickHash(std::string_view pattern, unsigned codePage, bool ignoreCase) {
+    std::uint64_t hash = (pattern.size() * 2 + (ignoreCase ? 1 : 0)) * 0x9E3779B97F4A7C15ull;
+    hash ^= codePage;
+    std::size_t i = 0;
+    for (; i + 8 <= pattern.size(); i += 8) {
+        std::uint64_t block;
+        std::memcpy(&block, pattern.data() + i, 8);
+        hash = (hash ^ block) * 0xFF51AFD7ED558CCDull;
+        hash ^= hash >> 32;
+    }
+    std::uint64_t tail = 0;
+    std::memcpy(&tail, pattern.data() + i, pattern.size() - i);
+    hash = (hash ^ tail) * 0xFF51AFD7ED558CCDull;
+    hash ^= hash >> 29;
+    return static_cast<std::size_t>(hash);
+}
+
+bool RegexCache::IsRecent(const Entry& entry, std::string_view pattern, unsigned codePage,
+                          bool ignoreCase) const {
+    return entry.codePage == codePage && entry.ignoreCase == ignoreCase && entry.narrow == pattern;
+}
+
 HRESULT RegexCache::CompileNarrow(std::string_view pattern, unsigned codePage, bool ignoreCase,
                                   std::u16string_view& wide, platform::CompiledRegExpPtr& out) {
+    const std::size_t slot = QuickHash(pattern, codePage, ignoreCase) % RecentSlots;
+    if (Entry* recent = m_recent[slot];
+        recent != nullptr && m_capacity != 0 && IsRecent(*recent, pattern, codePage, ignoreCase)) {
+        // Most recently used first; the front needs no move.
+        if (&m_entries.front() != recent)
+            m_entries.splice(m_entries.begin(), m_entries, recent->self);
+        wide = recent->pattern;
+        out = recent->compiled;
+        return S_OK;
+    }
     if (m_capacity != 0) {
         auto found = m_narrowIndex.find(NarrowKey{pattern, codePage, ignoreCase});
         if (found != m_narrowIndex.end()) {
             m_entries.splice(m_entries.begin(), m_entries, found->second);
+            m_recent[slot] = &*found->second;
             wide = found->second->pattern;
             out = found->second->compiled;
             return S_OK;
@@ -66,6 +104,7 @@ HRESULT RegexCache::CompileNarrow(std::string_view pattern, unsigned codePage, b
     entry.narrow.assign(pattern);
     m_narrowIndex.emplace(NarrowKey{entry.narrow, codePage, ignoreCase}, at);
     entry.codePage = codePage;
+    m_recent[slot] = &entry;
     wide = entry.pattern;
     return S_OK;
 }
@@ -76,12 +115,16 @@ void RegexCache::SetCapacity(std::size_t capacity) {
 }
 
 void RegexCache::Clear() {
+    std::fill(std::begin(m_recent), std::end(m_recent), nullptr);
     m_narrowIndex.clear();
     m_index.clear();
     m_entries.clear();
 }
 
 void RegexCache::Forget(const Entry& entry) {
+    for (Entry*& recent : m_recent)
+        if (recent == &entry)
+            recent = nullptr;
     if (entry.codePage != 0)
         m_narrowIndex.erase(NarrowKey{entry.narrow, entry.codePage, entry.ignoreCase});
     m_index.erase(Key{entry.pattern, entry.ignoreCase});

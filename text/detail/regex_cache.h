@@ -45,6 +45,7 @@ private:
         // page 0 when none.
         std::string narrow;
         unsigned codePage = 0;
+        std::list<Entry>::iterator self; // its own place in the list
     };
     using EntryList = std::list<Entry>;
     struct Key {
@@ -76,8 +77,16 @@ private:
     void Trim();
     void Forget(const Entry& entry);
 
+    // A direct-mapped table in front of the 8-bit index: a pattern asked again (a keyword on
+    // every line) is found by one cheap hash and one comparison.
+    static constexpr std::size_t RecentSlots = 64;
+    static std::size_t QuickHash(std::string_view pattern, unsigned codePage, bool ignoreCase);
+    bool IsRecent(const Entry& entry, std::string_view pattern, unsigned codePage,
+                  bool ignoreCase) const;
+
     std::size_t m_capacity;
     EntryList m_entries; // most recently used first
+    Entry* m_recent[RecentSlots] = {};
     std::unordered_map<Key, EntryList::iterator, KeyHash> m_index;
     std::unordered_map<NarrowKey, EntryList::iterator, NarrowKeyHash> m_narrowIndex;
     std::u16string m_wide; // the wide form of the last pattern that missed, or that is uncached
