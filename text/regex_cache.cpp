@@ -4,6 +4,7 @@
 #include "platform/codepage/code_page.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -46,20 +47,22 @@ HRESULT RegexCache::Compile(std::u16string_view pattern, bool ignoreCase,
 }
 
 std::size_t RegexCache::QuickHash(std::string_view pattern, unsigned codePage, bool ignoreCase) {
-    std::uint64_t hash = (pattern.size() * 2 + (ignoreCase ? 1 : 0)) * 0x9E3779B97F4A7C15ull;
-    hash ^= codePage;
-    std::size_t i = 0;
-    for (; i + 8 <= pattern.size(); i += 8) {
-        std::uint64_t block;
-        std::memcpy(&block, pattern.data() + i, 8);
-        hash = (hash ^ block) * 0xFF51AFD7ED558CCDull;
-        hash ^= hash >> 32;
+    // Length, flags and three blocks of eight bytes (start, middle, end; overlapping or short
+    // for a short pattern) in one multiplication: a collision costs a lookup, never an answer.
+    const std::size_t n = pattern.size();
+    auto block = [&](std::size_t at) {
+        std::uint64_t value = 0;
+        std::memcpy(&value, pattern.data() + at, std::min<std::size_t>(8, n - at));
+        return value;
+    };
+    std::uint64_t hash = (n * 4 + (ignoreCase ? 1 : 0)) ^ (std::uint64_t(codePage) << 40);
+    if (n > 0) {
+        hash ^= block(0);
+        hash ^= std::rotl(block(n / 2 > 4 ? n / 2 - 4 : 0), 21);
+        hash ^= std::rotl(block(n > 8 ? n - 8 : 0), 42);
     }
-    std::uint64_t tail = 0;
-    std::memcpy(&tail, pattern.data() + i, pattern.size() - i);
-    hash = (hash ^ tail) * 0xFF51AFD7ED558CCDull;
-    hash ^= hash >> 29;
-    return static_cast<std::size_t>(hash);
+    hash *= 0x9E3779B97F4A7C15ull;
+    return static_cast<std::size_t>(hash >> 32);
 }
 
 bool RegexCache::IsRecent(const Entry& entry, std::string_view pattern, unsigned codePage,
@@ -69,9 +72,13 @@ bool RegexCache::IsRecent(const Entry& entry, std::string_view pattern, unsigned
 
 HRESULT RegexCache::CompileNarrow(std::string_view pattern, unsigned codePage, bool ignoreCase,
                                   std::u16string_view& wide, platform::CompiledRegExpPtr& out) {
-    const std::size_t slot = QuickHash(pattern, codePage, ignoreCase) % RecentSlots;
-    if (Entry* recent = m_recent[slot];
-        recent != nullptr && m_capacity != 0 && IsRecent(*recent, pattern, codePage, ignoreCase)) {
+    Entry** set = m_recent + QuickHash(pattern, codePage, ignoreCase) % RecentSets * 2;
+    for (int way = 0; way < 2 && m_capacity != 0; ++way) {
+        Entry* recent = set[way];
+        if (recent == nullptr || !IsRecent(*recent, pattern, codePage, ignoreCase))
+            continue;
+        if (way == 1)
+            std::swap(set[0], set[1]); // the one asked last first
         // Most recently used first; the front needs no move.
         if (&m_entries.front() != recent)
             m_entries.splice(m_entries.begin(), m_entries, recent->self);
@@ -83,7 +90,7 @@ HRESULT RegexCache::CompileNarrow(std::string_view pattern, unsigned codePage, b
         auto found = m_narrowIndex.find(NarrowKey{pattern, codePage, ignoreCase});
         if (found != m_narrowIndex.end()) {
             m_entries.splice(m_entries.begin(), m_entries, found->second);
-            m_recent[slot] = &*found->second;
+            Remember(set, &*found->second);
             wide = found->second->pattern;
             out = found->second->compiled;
             return S_OK;
@@ -104,9 +111,14 @@ HRESULT RegexCache::CompileNarrow(std::string_view pattern, unsigned codePage, b
     entry.narrow.assign(pattern);
     m_narrowIndex.emplace(NarrowKey{entry.narrow, codePage, ignoreCase}, at);
     entry.codePage = codePage;
-    m_recent[slot] = &entry;
+    Remember(set, &entry);
     wide = entry.pattern;
     return S_OK;
+}
+
+void RegexCache::Remember(Entry** set, Entry* entry) {
+    set[1] = set[0];
+    set[0] = entry;
 }
 
 void RegexCache::SetCapacity(std::size_t capacity) {

@@ -110,13 +110,16 @@ HRESULT RegExpEngine::get_Global(VARIANT_BOOL* global) const {
 
 HRESULT RegExpEngine::PutCompiledPattern(std::u16string_view pattern, VARIANT_BOOL ignoreCase,
                                          CompiledRegExpPtr compiled) {
+    const bool caseless = ignoreCase != VARIANT_FALSE;
+    // A compiled pattern comes from one pattern text, so the same one means the same text.
+    if (compiled != nullptr && compiled == m_compiled && caseless == m_ignoreCase)
+        return S_OK;
     try {
-        if (pattern != m_pattern)
-            m_pattern.assign(pattern);
+        m_pattern.assign(pattern);
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
     }
-    m_ignoreCase = ignoreCase != VARIANT_FALSE;
+    m_ignoreCase = caseless;
     m_compiled = std::move(compiled);
     return S_OK;
 }

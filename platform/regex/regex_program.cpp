@@ -112,10 +112,10 @@ HRESULT CompileRegExp(std::u16string_view pattern, bool ignoreCase, CompiledRegE
     // PCRE2 10.42's JIT compares a caseless back-reference beyond ASCII by code unit when
     // Unicode properties are on without UTF ("(.)\1" misses "\u00c9\u00e9"); the
     // interpreter folds it, so such patterns are left to the interpreter.
-    if (!translated.caselessBackReference)
-        pcre2_jit_compile(code, PCRE2_JIT_COMPLETE);
+    const bool jitCompiled =
+        !translated.caselessBackReference && pcre2_jit_compile(code, PCRE2_JIT_COMPLETE) == 0;
     try {
-        out = std::make_shared<const CompiledRegExp>(code, translated.captureCount);
+        out = std::make_shared<const CompiledRegExp>(code, translated.captureCount, jitCompiled);
     } catch (const std::bad_alloc&) {
         pcre2_code_free(code);
         return RegExpOutOfMemory;
@@ -158,8 +158,13 @@ HRESULT RegExpMatchState::Find(const CompiledRegExp& compiled, std::u16string_vi
     }
     static const char16_t Empty[1] = {0}; // PCRE2 wants a subject even when it is empty
     const char16_t* subject = text.empty() ? Empty : text.data();
-    int rc = pcre2_match(compiled.Code(), reinterpret_cast<PCRE2_SPTR>(subject), text.size(), start,
-                         0, m_data, m_context);
+    // The JIT's own entry skips the checks of pcre2_match, which a subject of code units with
+    // no UTF mode does not need; the limits of the context hold either way.
+    int rc = compiled.JitCompiled()
+                 ? pcre2_jit_match(compiled.Code(), reinterpret_cast<PCRE2_SPTR>(subject),
+                                   text.size(), start, 0, m_data, m_context)
+                 : pcre2_match(compiled.Code(), reinterpret_cast<PCRE2_SPTR>(subject), text.size(),
+                               start, 0, m_data, m_context);
     if (rc == PCRE2_ERROR_NOMATCH)
         return S_OK;
     if (rc < 0)

@@ -77,16 +77,18 @@ private:
     void Trim();
     void Forget(const Entry& entry);
 
-    // A direct-mapped table in front of the 8-bit index: a pattern asked again (a keyword on
-    // every line) is found by one cheap hash and one comparison.
-    static constexpr std::size_t RecentSlots = 64;
+    // A small two-way table in front of the 8-bit index: a pattern asked again (a keyword on
+    // every line) is found by one cheap hash and a comparison or two.
+    static constexpr std::size_t RecentSets = 128;
     static std::size_t QuickHash(std::string_view pattern, unsigned codePage, bool ignoreCase);
     bool IsRecent(const Entry& entry, std::string_view pattern, unsigned codePage,
                   bool ignoreCase) const;
+    // Puts entry first in its set of two; the other one asked before stays second.
+    static void Remember(Entry** set, Entry* entry);
 
     std::size_t m_capacity;
     EntryList m_entries; // most recently used first
-    Entry* m_recent[RecentSlots] = {};
+    Entry* m_recent[RecentSets * 2] = {};
     std::unordered_map<Key, EntryList::iterator, KeyHash> m_index;
     std::unordered_map<NarrowKey, EntryList::iterator, NarrowKeyHash> m_narrowIndex;
     std::u16string m_wide; // the wide form of the last pattern that missed, or that is uncached

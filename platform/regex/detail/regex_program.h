@@ -18,18 +18,21 @@ namespace talvor::platform {
 // Immutable once built, so one compiled pattern may serve any number of engine objects.
 class CompiledRegExp {
 public:
-    CompiledRegExp(pcre2_real_code_16* code, int captureCount)
-        : m_code(code), m_captureCount(captureCount) {}
+    CompiledRegExp(pcre2_real_code_16* code, int captureCount, bool jitCompiled)
+        : m_code(code), m_captureCount(captureCount), m_jitCompiled(jitCompiled) {}
     ~CompiledRegExp();
     CompiledRegExp(const CompiledRegExp&) = delete;
     CompiledRegExp& operator=(const CompiledRegExp&) = delete;
 
     int CaptureCount() const { return m_captureCount; }
     const pcre2_real_code_16* Code() const { return m_code; }
+    // True when the JIT compiled the pattern, so its machine code may be called directly.
+    bool JitCompiled() const { return m_jitCompiled; }
 
 private:
     pcre2_real_code_16* m_code;
     int m_captureCount;
+    bool m_jitCompiled;
 };
 
 // Limits, stack and match data for matching; one per engine object.
