@@ -33,10 +33,6 @@ bool IsLoopHead(ENUM_FLOWLOOP flow) {
     return flow == FLOW_FOR || flow == FLOW_DO_WHILE || flow == FLOW_DO;
 }
 
-bool IsLoopEnd(ENUM_FLOWLOOP flow) {
-    return flow == FLOW_NEXT || flow == FLOW_LOOP || flow == FLOW_LOOP_WHILE;
-}
-
 class TreeBuilder {
 public:
     explicit TreeBuilder(std::vector<ENUM_FLOWLOOP> flows)

@@ -32,11 +32,30 @@ struct Buffers {
     std::u16string text;
     std::u16string replaced;
     std::string narrow;
+    // The 8-bit text that text is the wide form of, and its page: the engine asks several
+    // questions of one text (the keywords of a line, the names of a script), which then
+    // convert once.
+    std::string source;
+    unsigned sourcePage = 0;
+    bool sourceAscii = false;
 };
 
 Buffers& Kept() {
     static Buffers* buffers = new Buffers; // never destroyed, like the matcher
     return *buffers;
+}
+
+// The wide form of text in kept.text; true when text is ASCII alone, so that wide positions
+// are byte positions.
+bool ConvertText(Buffers& kept, const CString& text) {
+    const unsigned page = talvor::platform::SystemCodePage();
+    if (page == kept.sourcePage && text.View() == kept.source)
+        return kept.sourceAscii;
+    kept.sourcePage = 0; // until the conversion is done
+    kept.sourceAscii = talvor::platform::ToWide(text.View(), kept.text);
+    kept.source.assign(text.View());
+    kept.sourcePage = page;
+    return kept.sourceAscii;
 }
 
 // The common opening, in this order: Global, IgnoreCase, Pattern. The pattern's wide and
@@ -88,7 +107,7 @@ int TVPfxTestByRegExp(CString pattern, CString text, short global, short ignoreC
         RegExpEngine& engine = Engine();
         Buffers& kept = Kept();
         HRESULT hr = SetUp(engine, pattern, global, ignoreCase);
-        talvor::platform::ToWide(text.View(), kept.text);
+        ConvertText(kept, text);
         VARIANT_BOOL matched = VARIANT_FALSE;
         if (SUCCEEDED(hr))
             hr = engine.Test(kept.text, &matched);
@@ -111,7 +130,7 @@ int TVPfxGetInfoByRegExp(CString pattern, CString text,
             return hr;
         // For ASCII text a wide position is a byte position, so a match's value is cut from
         // the 8-bit text as it stands instead of converting the wide value back.
-        const bool ascii = talvor::platform::ToWide(text.View(), kept.text);
+        const bool ascii = ConvertText(kept, text);
         talvor::platform::RegExpMatchCollection collection;
         hr = engine.Execute(kept.text, &collection);
         if (FAILED(hr))
@@ -149,6 +168,8 @@ int TVPfxGetInfoByRegExp(CString pattern, CString text,
     });
 }
 
+// The walk of Replace finds the first match where Test would, so a walk that replaced
+// nothing is the miss, and the walk alone is run.
 int TVPfxReplaceByRegExp(CString pattern, CString text, CString replacement, CString& result,
                          short global, short ignoreCase) {
     return Guarded([&](int& outcome) {
@@ -157,17 +178,15 @@ int TVPfxReplaceByRegExp(CString pattern, CString text, CString replacement, CSt
         HRESULT hr = SetUp(engine, pattern, global, ignoreCase);
         if (FAILED(hr))
             return hr;
-        talvor::platform::ToWide(text.View(), kept.text);
-        VARIANT_BOOL matched = VARIANT_FALSE;
-        hr = engine.Test(kept.text, &matched);
-        if (FAILED(hr) || matched == VARIANT_FALSE)
+        ConvertText(kept, text);
+        LONG replaced = 0;
+        hr = engine.Replace(kept.text, talvor::platform::ToWide(replacement.View()), &kept.replaced,
+                            &replaced);
+        if (FAILED(hr) || replaced == 0)
             return hr;
-        hr =
-            engine.Replace(kept.text, talvor::platform::ToWide(replacement.View()), &kept.replaced);
-        if (FAILED(hr))
-            return hr;
-        talvor::platform::FromWide(kept.replaced, kept.narrow);
-        result = CString(std::string_view(kept.narrow));
+        std::string narrow;
+        talvor::platform::FromWide(kept.replaced, narrow);
+        result = CString(std::move(narrow));
         outcome = 1;
         return hr;
     });

@@ -226,7 +226,7 @@ HRESULT RegExpEngine::Execute(std::u16string_view text, RegExpMatchCollection* m
 }
 
 HRESULT RegExpEngine::Replace(std::u16string_view text, std::u16string_view replacement,
-                              std::u16string* result) {
+                              std::u16string* result, LONG* replaced) {
     if (result == nullptr)
         return E_POINTER;
     if (text.size() > MaxTextLength)
@@ -236,19 +236,23 @@ HRESULT RegExpEngine::Replace(std::u16string_view text, std::u16string_view repl
         HRESULT hr = Compiled(&compiled);
         if (FAILED(hr))
             return hr;
-        std::u16string replaced;
+        std::u16string out;
         std::size_t copied = 0;
+        LONG count = 0;
         hr = ForEachMatch(*m_state, *compiled, text, m_global,
                           [&](const std::vector<std::ptrdiff_t>& groups) {
                               const auto start = static_cast<std::size_t>(groups[0]);
-                              replaced.append(text.substr(copied, start - copied));
-                              detail::AppendSubstitution(replaced, replacement, text, groups);
+                              out.append(text.substr(copied, start - copied));
+                              detail::AppendSubstitution(out, replacement, text, groups);
                               copied = static_cast<std::size_t>(groups[1]);
+                              ++count;
                           });
         if (FAILED(hr))
             return hr;
-        replaced.append(text.substr(copied));
-        *result = std::move(replaced);
+        out.append(text.substr(copied));
+        *result = std::move(out);
+        if (replaced != nullptr)
+            *replaced = count;
         return S_OK;
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;

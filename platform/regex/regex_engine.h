@@ -114,8 +114,10 @@ public:
     // text with every match (the first alone with Global off) replaced by replacement, in
     // which $& $` $' $$ $n and $nn stand for the match, the text before and behind it, a
     // dollar sign and a group, as in ECMAScript. On failure result is left as it was.
+    // replaced, when given, gets the number of matches replaced: 0 tells the miss that Test
+    // would have told, without a search of its own.
     HRESULT Replace(std::u16string_view text, std::u16string_view replacement,
-                    std::u16string* result);
+                    std::u16string* result, LONG* replaced = nullptr);
 
 private:
     HRESULT Compiled(const CompiledRegExp** compiled);

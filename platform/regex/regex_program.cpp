@@ -115,7 +115,12 @@ HRESULT CompileRegExp(std::u16string_view pattern, bool ignoreCase, CompiledRegE
     const bool jitCompiled =
         !translated.caselessBackReference && pcre2_jit_compile(code, PCRE2_JIT_COMPLETE) == 0;
     try {
-        out = std::make_shared<const CompiledRegExp>(code, translated.captureCount, jitCompiled);
+        auto compiled =
+            std::make_shared<CompiledRegExp>(code, translated.captureCount, jitCompiled);
+        detail::WordSearch word;
+        if (detail::WordSearch::Recognise(pattern, ignoreCase, word))
+            compiled->SetWord(word);
+        out = std::move(compiled);
     } catch (const std::bad_alloc&) {
         pcre2_code_free(code);
         return RegExpOutOfMemory;
@@ -155,6 +160,16 @@ HRESULT RegExpMatchState::Find(const CompiledRegExp& compiled, std::u16string_vi
         m_dataPairs = m_data == nullptr ? 0 : pairs;
         if (m_data == nullptr)
             return RegExpOutOfMemory;
+    }
+    if (const detail::WordSearch* word = compiled.Word()) {
+        std::size_t matchStart = 0, matchEnd = 0;
+        if (word->Find(text, start, matchStart, matchEnd)) {
+            groups.assign(static_cast<std::size_t>(pairs) * 2, -1);
+            groups[0] = static_cast<std::ptrdiff_t>(matchStart);
+            groups[1] = static_cast<std::ptrdiff_t>(matchEnd);
+            found = true;
+        }
+        return S_OK;
     }
     static const char16_t Empty[1] = {0}; // PCRE2 wants a subject even when it is empty
     const char16_t* subject = text.empty() ? Empty : text.data();

@@ -2,7 +2,10 @@
 // only by their forward declarations, so no file outside platform/ sees <pcre2.h>.
 #pragma once
 
+#include "platform/regex/detail/regex_word_search.h"
 #include "platform/regex/regex_engine.h"
+
+#include <optional>
 
 #include <cstddef>
 #include <string_view>
@@ -28,11 +31,15 @@ public:
     const pcre2_real_code_16* Code() const { return m_code; }
     // True when the JIT compiled the pattern, so its machine code may be called directly.
     bool JitCompiled() const { return m_jitCompiled; }
+    // The keyword test's pattern, matched without PCRE2; null for every other pattern.
+    const detail::WordSearch* Word() const { return m_word ? &*m_word : nullptr; }
+    void SetWord(const detail::WordSearch& word) { m_word = word; }
 
 private:
     pcre2_real_code_16* m_code;
     int m_captureCount;
     bool m_jitCompiled;
+    std::optional<detail::WordSearch> m_word;
 };
 
 // Limits, stack and match data for matching; one per engine object.
