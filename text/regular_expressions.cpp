@@ -1,6 +1,7 @@
 // The four facade functions: each sets Global, IgnoreCase and Pattern on the engine object,
-// runs Test on the wide form of the text, and only on a hit goes on to Execute or Replace.
-// A failure of any engine call ends the function with a message box and the result 0.
+// then runs Test, Execute or Replace on the wide form of the text (the walks of Execute and
+// Replace tell a miss as Test would, so they run alone). A failure of any engine call ends
+// the function with a message box and the result 0.
 #include "text/regular_expressions.h"
 
 #include "platform/app/message_box.h"
