@@ -1,5 +1,6 @@
 // Hot paths of the script engine: the whole-script round trip on generated form scripts of
 // growing size (its cost must grow in proportion to the script), and line classification.
+#include "engine/code_tree.h"
 #include "engine/script_text_disposal.h"
 #include "host/ole/interface_builder.h"
 #include "platform/codepage/code_page.h"
@@ -220,6 +221,74 @@ void BM_CheckCodeFlow_Corpus(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(lines.size()));
 }
 BENCHMARK(BM_CheckCodeFlow_Corpus)->Unit(benchmark::kMillisecond);
+
+// A procedure body of about lineCount lines as people write them: plain statements, Ifs with
+// Else, loops of the three forms, Selects and Exits, nested up to four deep, all inside one
+// outer loop (a message loop, a retry), whose end a walk from any Exit line has to reach.
+CStringArray NestedBody(int lineCount) {
+    const std::vector<std::vector<const char*>> pieces = {
+        {"total = total + Price(i) * 2", "MsgBox \"Saved \" & name, vbInformation, \"Order\""},
+        {"If (count > 0 And name <> \"\") Then", "Call txtName.SetFocus()", "Else", "Exit Sub",
+         "End If"},
+        {"For i = (1) To (UBound(items)) Step (2)", "If (items(i) = \"\") Then", "Exit For", "Else",
+         "items(i) = Trim(items(i))", "End If", "Next"},
+        {"Do While (Not rs.EOF)", "Set item = rs.Fields(0)", "rs.MoveNext", "Loop"},
+        {"Do", "retries = retries + 1", "If (retries > 5) Then", "Exit Do", "Else", "End If",
+         "Loop While (retries < 3)"},
+        {"Select Case key", "Case 1, 2", "x = 1", "Case Else", "x = 2", "End Select"},
+    };
+    CStringArray body;
+    body.Add("Do While (running)");
+    int depth = 0, piece = 0;
+    while (body.GetSize() < lineCount - 1) {
+        // Open an outer loop now and then, and close it some pieces later.
+        if (piece % 7 == 0 && depth < 4) {
+            body.Add("For n = (1) To (10)");
+            ++depth;
+        }
+        for (const char* line : pieces[static_cast<std::size_t>(piece) % pieces.size()])
+            body.Add(line);
+        if (piece % 5 == 4 && depth > 0) {
+            body.Add("Next");
+            --depth;
+        }
+        ++piece;
+    }
+    for (; depth > 0; --depth)
+        body.Add("Next");
+    body.Add("Loop");
+    return body;
+}
+
+// The whole code tree of a body in one pass: titles, flow classes, positions, nesting and
+// Exit words.
+void BM_CodeTree_OnePass(benchmark::State& state) {
+    CStringArray body = NestedBody(static_cast<int>(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(talvor::engine::BuildCodeTree(Engine(), body));
+    state.SetItemsProcessed(state.iterations() * body.GetSize());
+    state.counters["lines"] = static_cast<double>(body.GetSize());
+}
+BENCHMARK(BM_CodeTree_OnePass)->Arg(500)->Arg(2000)->Unit(benchmark::kMillisecond);
+
+// The same answers asked line by line, as the tool asked them before: every line's walk goes
+// over the body again. For comparison only.
+void BM_CodeTree_LineByLine(benchmark::State& state) {
+    CStringArray body = NestedBody(static_cast<int>(state.range(0)));
+    const int size = static_cast<int>(body.GetSize());
+    for (auto _ : state) {
+        for (int i = 0; i < size; ++i) {
+            benchmark::DoNotOptimize(Engine().GetTreeTitleByCode(body[i]));
+            int index = i, start, middle, end;
+            Engine().GetFlowPosByKeyWord(body, index, start, middle, end);
+            if (Engine().CheckCodeFlow(body[i]) == FLOW_EXIT)
+                benchmark::DoNotOptimize(Engine().GetExitStr(body, i));
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * size);
+    state.counters["lines"] = size;
+}
+BENCHMARK(BM_CodeTree_LineByLine)->Arg(500)->Arg(2000)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -30,33 +30,34 @@ ENUM_FLOWLOOP CTalvorScriptTextDisposal::CheckCodeFlow(CString code) {
 
     // The order matters: Select Case before Case Else before Case, and so on.
     const MaskedLine line(masked);
-    if (line.Has(m_strIf) && line.Has(m_strThen))
+    talvor::engine::detail::FlowKeywordPatterns& patterns = talvor::engine::detail::FlowPatterns();
+    if (line.Has(patterns.ifWord, m_strIf) && line.Has(patterns.thenWord, m_strThen))
         return FLOW_IF;
     if (line.Is(m_strElse))
         return FLOW_ELSE;
     if (line.Is(m_strEndIf))
         return FLOW_END_IF;
-    if (line.Has(m_strDoWhile))
+    if (line.Has(patterns.doWhile, m_strDoWhile))
         return FLOW_DO_WHILE;
     if (line.Is(m_strLoop))
         return FLOW_LOOP;
-    if (line.Has(m_strFor) && line.Has(m_strTo))
+    if (line.Has(patterns.forWord, m_strFor) && line.Has(patterns.toWord, m_strTo))
         return FLOW_FOR;
     if (line.Is(m_strNext))
         return FLOW_NEXT;
-    if (line.Has(m_strLoopWhile))
+    if (line.Has(patterns.loopWhile, m_strLoopWhile))
         return FLOW_LOOP_WHILE;
     if (line.Is(m_strDo))
         return FLOW_DO;
-    if (line.Has(m_strSelectCase))
+    if (line.Has(patterns.selectCase, m_strSelectCase))
         return FLOW_SELECT;
-    if (line.Has(m_strCaseElse))
+    if (line.Has(patterns.caseElse, m_strCaseElse))
         return FLOW_CASE_ELSE;
-    if (line.Has(m_strCase))
+    if (line.Has(patterns.caseWord, m_strCase))
         return FLOW_CASE;
-    if (line.Has(m_strEndSelect))
+    if (line.Has(patterns.endSelect, m_strEndSelect))
         return FLOW_END_SELECT;
-    if (line.Has(m_strExit))
+    if (line.Has(patterns.exitWord, m_strExit))
         return FLOW_EXIT;
     return FLOW_NONE;
 }

@@ -72,7 +72,8 @@ CString CTalvorScriptTextDisposal::GetTreeTitleByCode(CString code) {
     // Titles that need a bracket group the statement doesn't have show the statement as
     // it is written.
     const MaskedLine line(masked);
-    if (line.Has(m_strIf) && line.Has(m_strThen)) {
+    talvor::engine::detail::FlowKeywordPatterns& patterns = talvor::engine::detail::FlowPatterns();
+    if (line.Has(patterns.ifWord, m_strIf) && line.Has(patterns.thenWord, m_strThen)) {
         if (groups.empty())
             return code;
         return TitleLine(IfTitlesId, 0) + Separator + Expression(groups[0], literals) + Separator +
@@ -82,14 +83,15 @@ CString CTalvorScriptTextDisposal::GetTreeTitleByCode(CString code) {
         return TitleLine(IfTitlesId, 2);
     if (line.Is(m_strEndIf))
         return TitleLine(IfTitlesId, 3);
-    if (line.Has(m_strDoWhile)) {
+    if (line.Has(patterns.doWhile, m_strDoWhile)) {
         if (groups.empty())
             return code;
         return TitleLine(LoopTitlesId, 0) + Separator + Expression(groups[0], literals);
     }
     if (line.Is(m_strLoop))
         return TitleLine(LoopTitlesId, 1);
-    if (line.Has(m_strFor) && line.Has(m_strTo) && !groups.empty()) {
+    if (line.Has(patterns.forWord, m_strFor) && line.Has(patterns.toWord, m_strTo) &&
+        !groups.empty()) {
         // The variable stands between the keyword and its blank (four characters) and the
         // first " = ".
         int equals = masked.Find(" = ");
@@ -108,14 +110,14 @@ CString CTalvorScriptTextDisposal::GetTreeTitleByCode(CString code) {
     }
     if (line.Is(m_strNext))
         return TitleLine(ForTitlesId, 3);
-    if (line.Has(m_strLoopWhile)) {
+    if (line.Has(patterns.loopWhile, m_strLoopWhile)) {
         if (groups.empty())
             return code;
         return TitleLine(LoopTitlesId, 1) + Separator + Expression(groups[0], literals);
     }
     if (line.Is(m_strDo))
         return TitleLine(LoopTitlesId, 0);
-    if (line.Has(m_strExit))
+    if (line.Has(patterns.exitWord, m_strExit))
         return TitleLine(ExitTitlesId, 0);
     if (ReplaceLeadingWord(m_strCall, code))
         return TitleLine(CallTitlesId, 0) + Separator + code;

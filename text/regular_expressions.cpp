@@ -1,12 +1,14 @@
 // The four facade functions: each sets Global, IgnoreCase and Pattern on the engine object,
-// runs Test on the wide form of the text, and only on a hit goes on to Execute or Replace.
-// A failure of any engine call ends the function with a message box and the result 0.
+// then runs Test, Execute or Replace on the wide form of the text (the walks of Execute and
+// Replace tell a miss as Test would, so they run alone). A failure of any engine call ends
+// the function with a message box and the result 0.
 #include "text/regular_expressions.h"
 
 #include "platform/app/message_box.h"
 #include "platform/codepage/code_page.h"
 #include "platform/core/error_text.h"
 #include "platform/regex/regex_engine.h"
+#include "text/detail/regex_cache.h"
 
 #include <exception>
 #include <new>
@@ -25,17 +27,55 @@ VARIANT_BOOL AsVariantBool(short flag) {
     return flag != 0 ? VARIANT_TRUE : VARIANT_FALSE;
 }
 
-// The common opening, in this order: Global, IgnoreCase, Pattern, then Test on text.
-HRESULT SetUpAndTest(RegExpEngine& engine, const CString& pattern, std::u16string_view text,
-                     short global, short ignoreCase, VARIANT_BOOL& matched) {
+// Storage kept between calls, so that a call allocates nothing it gives back at its end.
+// The facade is not re-entrant, so one set serves every call.
+struct Buffers {
+    std::u16string text;
+    std::u16string replaced;
+    std::string narrow;
+    // The 8-bit text that text is the wide form of, and its page: the engine asks several
+    // questions of one text (the keywords of a line, the names of a script), which then
+    // convert once.
+    std::string source;
+    unsigned sourcePage = 0;
+    bool sourceAscii = false;
+};
+
+Buffers& Kept() {
+    static Buffers* buffers = new Buffers; // never destroyed, like the matcher
+    return *buffers;
+}
+
+// The wide form of text in kept.text; true when text is ASCII alone, so that wide positions
+// are byte positions.
+bool ConvertText(Buffers& kept, const CString& text) {
+    const unsigned page = talvor::platform::SystemCodePage();
+    if (page == kept.sourcePage && text.View() == kept.source)
+        return kept.sourceAscii;
+    kept.sourcePage = 0; // until the conversion is done
+    kept.sourceAscii = talvor::platform::ToWide(text.View(), kept.text);
+    kept.source.assign(text.View());
+    kept.sourcePage = page;
+    return kept.sourceAscii;
+}
+
+// The common opening, in this order: Global, IgnoreCase, Pattern. The pattern's wide and
+// compiled forms come from the cache by its 8-bit text, so a pattern asked again is neither
+// converted nor compiled again. One that does not compile is set as it is and fails at Test,
+// as the engine reports it.
+HRESULT SetUp(RegExpEngine& engine, const CString& pattern, short global, short ignoreCase) {
     HRESULT hr = engine.put_Global(AsVariantBool(global));
     if (SUCCEEDED(hr))
         hr = engine.put_IgnoreCase(AsVariantBool(ignoreCase));
-    if (SUCCEEDED(hr))
-        hr = engine.put_Pattern(talvor::platform::ToWide(pattern.View()));
-    if (SUCCEEDED(hr))
-        hr = engine.Test(text, &matched);
-    return hr;
+    if (FAILED(hr))
+        return hr;
+    std::u16string_view wide;
+    talvor::platform::CompiledRegExpPtr compiled;
+    hr = talvor::text::detail::FacadeRegexCache().CompileNarrow(
+        pattern.View(), talvor::platform::SystemCodePage(), ignoreCase != 0, wide, compiled);
+    if (FAILED(hr))
+        return engine.put_Pattern(wide);
+    return engine.PutCompiledPattern(wide, AsVariantBool(ignoreCase), std::move(compiled));
 }
 
 // Runs body, which gives an HRESULT and sets the result; a failure, also an exception,
@@ -65,68 +105,89 @@ RegExpEngine& Engine() {
 
 int TVPfxTestByRegExp(CString pattern, CString text, short global, short ignoreCase) {
     return Guarded([&](int& result) {
+        RegExpEngine& engine = Engine();
+        Buffers& kept = Kept();
+        HRESULT hr = SetUp(engine, pattern, global, ignoreCase);
+        ConvertText(kept, text);
         VARIANT_BOOL matched = VARIANT_FALSE;
-        HRESULT hr = SetUpAndTest(Engine(), pattern, talvor::platform::ToWide(text.View()), global,
-                                  ignoreCase, matched);
+        if (SUCCEEDED(hr))
+            hr = engine.Test(kept.text, &matched);
         result = SUCCEEDED(hr) && matched != VARIANT_FALSE ? 1 : 0;
         return hr;
     });
 }
 
+// The walk of Execute and Test answer the same question for the first match: a walk that
+// finds nothing is the miss that Test would have told, so the walk alone is run.
 int TVPfxGetInfoByRegExp(CString pattern, CString text,
                          CArray<tagREGEXPINFO, tagREGEXPINFO>& matches, short global,
                          short ignoreCase) {
     matches.RemoveAll();
     return Guarded([&](int& result) {
         RegExpEngine& engine = Engine();
-        const std::u16string wide = talvor::platform::ToWide(text.View());
-        VARIANT_BOOL matched = VARIANT_FALSE;
-        HRESULT hr = SetUpAndTest(engine, pattern, wide, global, ignoreCase, matched);
-        if (FAILED(hr) || matched == VARIANT_FALSE)
+        Buffers& kept = Kept();
+        HRESULT hr = SetUp(engine, pattern, global, ignoreCase);
+        if (FAILED(hr))
             return hr;
+        // For ASCII text a wide position is a byte position, so a match's value is cut from
+        // the 8-bit text as it stands instead of converting the wide value back.
+        const bool ascii = ConvertText(kept, text);
         talvor::platform::RegExpMatchCollection collection;
-        hr = engine.Execute(wide, &collection);
+        hr = engine.Execute(kept.text, &collection);
         if (FAILED(hr))
             return hr;
         LONG count = 0;
         hr = collection.get_Count(&count);
-        if (FAILED(hr))
+        if (FAILED(hr) || count == 0)
             return hr;
         for (LONG i = 0; i < count; ++i) {
             const talvor::platform::RegExpMatch* item = nullptr;
             hr = collection.get_Item(i, &item);
             tagREGEXPINFO info;
-            std::u16string value;
             if (SUCCEEDED(hr))
                 hr = item->get_FirstIndex(&info.nFirstIndex);
             if (SUCCEEDED(hr))
                 hr = item->get_Length(&info.nLength);
-            if (SUCCEEDED(hr))
-                hr = item->get_Value(&value);
             if (FAILED(hr))
                 return hr;
-            info.strValue = CString(talvor::platform::FromWide(value));
-            matches.Add(info);
+            if (ascii) {
+                info.strValue =
+                    CString(text.View().substr(static_cast<std::size_t>(info.nFirstIndex),
+                                               static_cast<std::size_t>(info.nLength)));
+            } else {
+                std::u16string value;
+                hr = item->get_Value(&value);
+                if (FAILED(hr))
+                    return hr;
+                talvor::platform::FromWide(value, kept.narrow);
+                info.strValue = CString(std::string_view(kept.narrow));
+            }
+            matches.Add(std::move(info));
         }
         result = 1;
         return hr;
     });
 }
 
+// The walk of Replace finds the first match where Test would, so a walk that replaced
+// nothing is the miss, and the walk alone is run.
 int TVPfxReplaceByRegExp(CString pattern, CString text, CString replacement, CString& result,
                          short global, short ignoreCase) {
     return Guarded([&](int& outcome) {
         RegExpEngine& engine = Engine();
-        const std::u16string wide = talvor::platform::ToWide(text.View());
-        VARIANT_BOOL matched = VARIANT_FALSE;
-        HRESULT hr = SetUpAndTest(engine, pattern, wide, global, ignoreCase, matched);
-        if (FAILED(hr) || matched == VARIANT_FALSE)
-            return hr;
-        std::u16string replaced;
-        hr = engine.Replace(wide, talvor::platform::ToWide(replacement.View()), &replaced);
+        Buffers& kept = Kept();
+        HRESULT hr = SetUp(engine, pattern, global, ignoreCase);
         if (FAILED(hr))
             return hr;
-        result = CString(talvor::platform::FromWide(replaced));
+        ConvertText(kept, text);
+        LONG replaced = 0;
+        hr = engine.Replace(kept.text, talvor::platform::ToWide(replacement.View()), &kept.replaced,
+                            &replaced);
+        if (FAILED(hr) || replaced == 0)
+            return hr;
+        std::string narrow;
+        talvor::platform::FromWide(kept.replaced, narrow);
+        result = CString(std::move(narrow));
         outcome = 1;
         return hr;
     });

@@ -4,37 +4,54 @@
 
 #include "platform/codepage/code_page.h"
 
+#include <algorithm>
+
 namespace talvor::engine::detail {
-namespace {
-
-std::vector<int> QuotePositions(const CString& text) {
-    std::vector<int> quotes;
-    std::string_view view = text.View();
-    for (std::size_t i = 0; i < view.size(); i += platform::CharLengthAt(view, i)) {
-        if (view[i] == '"')
-            quotes.push_back(static_cast<int>(i));
-    }
-    return quotes;
-}
-
-} // namespace
-
 bool MaskLiterals(const CString& code, CString& masked, std::vector<CString>* literals) {
-    std::vector<int> quotes = QuotePositions(code);
-    if (quotes.size() % 2 != 0)
+    // One pass: quotes pair up in order, each pair and what it holds becomes one mask.
+    const std::string_view view = code.View();
+    std::size_t quotes = 0;
+    // Every byte is a character of its own in a single-byte page and in ASCII text.
+    const bool byteWise =
+        !platform::IsMultiByteCodePage() ||
+        std::all_of(view.begin(), view.end(), [](char c) { return (c & 0x80) == 0; });
+    if (byteWise) {
+        quotes = static_cast<std::size_t>(std::count(view.begin(), view.end(), '"'));
+    } else {
+        for (std::size_t i = 0; i < view.size(); i += platform::CharLengthAt(view, i))
+            quotes += view[i] == '"' ? 1 : 0;
+    }
+    if (quotes % 2 != 0)
         return false;
-    // From the last pair to the first, so that the positions of earlier pairs stay valid.
-    std::string text = code.Str();
+    if (quotes == 0) {
+        masked = code;
+        if (literals != nullptr)
+            literals->clear();
+        return true;
+    }
+    std::string text;
+    text.reserve(view.size());
     std::vector<CString> found;
-    for (std::size_t pair = quotes.size() / 2; pair-- > 0;) {
-        auto open = static_cast<std::size_t>(quotes[2 * pair]);
-        auto close = static_cast<std::size_t>(quotes[2 * pair + 1]);
-        found.emplace_back(std::string_view(text).substr(open, close - open + 1));
-        text.replace(open, close - open + 1, 1, LiteralMask);
+    std::size_t open = std::string_view::npos;
+    for (std::size_t i = 0; i < view.size();) {
+        const std::size_t length = platform::CharLengthAt(view, i);
+        if (view[i] == '"') {
+            if (open == std::string_view::npos) {
+                open = i;
+            } else {
+                if (literals != nullptr)
+                    found.emplace_back(view.substr(open, i - open + 1));
+                text.push_back(LiteralMask);
+                open = std::string_view::npos;
+            }
+        } else if (open == std::string_view::npos) {
+            text.append(view.substr(i, length));
+        }
+        i += length;
     }
     masked = CString(std::move(text));
     if (literals != nullptr)
-        literals->assign(found.rbegin(), found.rend());
+        *literals = std::move(found);
     return true;
 }
 

@@ -9,6 +9,7 @@
 #include "platform/codepage/detail/single_byte_pages.h"
 #include "platform/codepage/detail/utf8.h"
 
+#include <cstdint>
 #include <cstring>
 
 namespace talvor::platform {
@@ -69,22 +70,100 @@ bool IsLeadByte(unsigned char byte) {
     return false;
 }
 
-std::u16string ToWide(std::string_view text) {
+namespace {
+
+// Bytes below 0x80 from the start of text, written to out as code units of the same value up
+// to the first byte that is not; gives how many. Eight bytes are tested at a time.
+std::size_t WidenAscii(const char* text, std::size_t length, char16_t* out) {
+    std::size_t i = 0;
+    for (; i + 8 <= length; i += 8) {
+        std::uint64_t block;
+        std::memcpy(&block, text + i, 8);
+        if ((block & 0x8080808080808080ull) != 0)
+            break;
+        for (std::size_t k = 0; k < 8; ++k)
+            out[i + k] = static_cast<char16_t>(static_cast<unsigned char>(text[i + k]));
+    }
+    for (; i < length && static_cast<unsigned char>(text[i]) < 0x80; ++i)
+        out[i] = static_cast<char16_t>(static_cast<unsigned char>(text[i]));
+    return i;
+}
+
+// The same the other way: code units below 0x80 from the start, as bytes.
+std::size_t NarrowAscii(const char16_t* wide, std::size_t length, char* out) {
+    std::size_t i = 0;
+    for (; i + 4 <= length; i += 4) {
+        std::uint64_t block;
+        std::memcpy(&block, wide + i, 8);
+        if ((block & 0xFF80FF80FF80FF80ull) != 0)
+            break;
+        for (std::size_t k = 0; k < 4; ++k)
+            out[i + k] = static_cast<char>(wide[i + k]);
+    }
+    for (; i < length && wide[i] < 0x80; ++i)
+        out[i] = static_cast<char>(wide[i]);
+    return i;
+}
+
+bool AsciiSame(const PageInfo& page) {
+    if (page.kind == PageKind::Utf8 || page.codePage == CodePageWestern)
+        return true;
+    return detail::IconvAsciiSame(page);
+}
+
+} // namespace
+
+bool ToWide(std::string_view text, std::u16string& out) {
     const PageInfo& page = CurrentPage();
+    // ASCII comes first and alone in almost every script line: it needs no table and no
+    // iconv in any page that maps it to itself. The rest starts at a character boundary.
+    std::size_t ascii = 0;
+    if (AsciiSame(page)) {
+        out.resize(text.size());
+        ascii = WidenAscii(text.data(), text.size(), out.data());
+        if (ascii == text.size())
+            return true;
+    }
+    out.resize(ascii);
+    const std::string_view rest = text.substr(ascii);
     if (page.kind == PageKind::Utf8)
-        return detail::Utf8ToWide(text);
-    if (page.codePage == CodePageWestern)
-        return detail::Cp1252ToWide(text);
-    return detail::IconvToWide(page, text);
+        out += detail::Utf8ToWide(rest);
+    else if (page.codePage == CodePageWestern)
+        out += detail::Cp1252ToWide(rest);
+    else
+        out += detail::IconvToWide(page, rest);
+    return false;
+}
+
+std::u16string ToWide(std::string_view text) {
+    std::u16string out;
+    ToWide(text, out);
+    return out;
+}
+
+void FromWide(std::u16string_view wide, std::string& out) {
+    const PageInfo& page = CurrentPage();
+    std::size_t ascii = 0;
+    if (AsciiSame(page)) {
+        out.resize(wide.size());
+        ascii = NarrowAscii(wide.data(), wide.size(), out.data());
+        if (ascii == wide.size())
+            return;
+    }
+    out.resize(ascii);
+    const std::u16string_view rest = wide.substr(ascii);
+    if (page.kind == PageKind::Utf8)
+        out += detail::Utf8FromWide(rest);
+    else if (page.codePage == CodePageWestern)
+        out += detail::Cp1252FromWide(rest);
+    else
+        out += detail::IconvFromWide(page, rest);
 }
 
 std::string FromWide(std::u16string_view wide) {
-    const PageInfo& page = CurrentPage();
-    if (page.kind == PageKind::Utf8)
-        return detail::Utf8FromWide(wide);
-    if (page.codePage == CodePageWestern)
-        return detail::Cp1252FromWide(wide);
-    return detail::IconvFromWide(page, wide);
+    std::string out;
+    FromWide(wide, out);
+    return out;
 }
 
 std::size_t FindText(std::string_view haystack, std::string_view needle, std::size_t from) {

@@ -56,9 +56,15 @@ inline std::size_t CharLengthAt(std::string_view text, std::size_t pos) {
 // except where the page itself maps two byte pairs to one character (932 has such duplicates;
 // the way back gives the pair the page prefers).
 std::u16string ToWide(std::string_view text);
+// The same into out (its content replaced, its storage reused), for callers that convert
+// often. True when text is ASCII alone, which the page maps to itself: then the wide form
+// has one code unit per byte, of the same value, and positions in it are byte positions.
+bool ToWide(std::string_view text, std::u16string& out);
 // 8-bit form of wide text. Code units 0xDC80..0xDCFF standing alone give back their byte;
 // a character the page cannot hold becomes "?".
 std::string FromWide(std::u16string_view wide);
+// The same into out, its content replaced and its storage reused.
+void FromWide(std::u16string_view wide, std::string& out);
 
 // Compares two texts character by character in the system code page. Case-insensitive
 // comparison folds each character to lower case first (ASCII everywhere, the Latin letters of

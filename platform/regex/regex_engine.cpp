@@ -108,6 +108,22 @@ HRESULT RegExpEngine::get_Global(VARIANT_BOOL* global) const {
     return S_OK;
 }
 
+HRESULT RegExpEngine::PutCompiledPattern(std::u16string_view pattern, VARIANT_BOOL ignoreCase,
+                                         CompiledRegExpPtr compiled) {
+    const bool caseless = ignoreCase != VARIANT_FALSE;
+    // A compiled pattern comes from one pattern text, so the same one means the same text.
+    if (compiled != nullptr && compiled == m_compiled && caseless == m_ignoreCase)
+        return S_OK;
+    try {
+        m_pattern.assign(pattern);
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+    m_ignoreCase = caseless;
+    m_compiled = std::move(compiled);
+    return S_OK;
+}
+
 HRESULT RegExpEngine::Compiled(const CompiledRegExp** compiled) {
     if (!m_compiled) {
         if (!m_compiler)
@@ -135,8 +151,7 @@ HRESULT RegExpEngine::Test(std::u16string_view text, VARIANT_BOOL* matched) {
         if (FAILED(hr))
             return hr;
         bool found = false;
-        std::vector<std::ptrdiff_t> groups;
-        hr = m_state->Find(*compiled, text, 0, found, groups);
+        hr = m_state->Find(*compiled, text, 0, found, m_groups);
         if (FAILED(hr))
             return hr;
         *matched = found ? VARIANT_TRUE : VARIANT_FALSE;
@@ -211,7 +226,7 @@ HRESULT RegExpEngine::Execute(std::u16string_view text, RegExpMatchCollection* m
 }
 
 HRESULT RegExpEngine::Replace(std::u16string_view text, std::u16string_view replacement,
-                              std::u16string* result) {
+                              std::u16string* result, LONG* replaced) {
     if (result == nullptr)
         return E_POINTER;
     if (text.size() > MaxTextLength)
@@ -221,19 +236,23 @@ HRESULT RegExpEngine::Replace(std::u16string_view text, std::u16string_view repl
         HRESULT hr = Compiled(&compiled);
         if (FAILED(hr))
             return hr;
-        std::u16string replaced;
+        std::u16string out;
         std::size_t copied = 0;
+        LONG count = 0;
         hr = ForEachMatch(*m_state, *compiled, text, m_global,
                           [&](const std::vector<std::ptrdiff_t>& groups) {
                               const auto start = static_cast<std::size_t>(groups[0]);
-                              replaced.append(text.substr(copied, start - copied));
-                              detail::AppendSubstitution(replaced, replacement, text, groups);
+                              out.append(text.substr(copied, start - copied));
+                              detail::AppendSubstitution(out, replacement, text, groups);
                               copied = static_cast<std::size_t>(groups[1]);
+                              ++count;
                           });
         if (FAILED(hr))
             return hr;
-        replaced.append(text.substr(copied));
-        *result = std::move(replaced);
+        out.append(text.substr(copied));
+        *result = std::move(out);
+        if (replaced != nullptr)
+            *replaced = count;
         return S_OK;
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;

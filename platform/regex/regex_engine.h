@@ -99,6 +99,11 @@ public:
     HRESULT get_IgnoreCase(VARIANT_BOOL* ignoreCase) const;
     HRESULT put_Global(VARIANT_BOOL global);
     HRESULT get_Global(VARIANT_BOOL* global) const;
+    // Pattern and IgnoreCase together with their compiled form, which a cache in front of the
+    // compiler already holds: the same state as put_Pattern and put_IgnoreCase followed by a
+    // first use, without asking the compiler. A null compiled form is compiled at first use.
+    HRESULT PutCompiledPattern(std::u16string_view pattern, VARIANT_BOOL ignoreCase,
+                               CompiledRegExpPtr compiled);
 
     // VARIANT_TRUE when the pattern matches somewhere in text.
     HRESULT Test(std::u16string_view text, VARIANT_BOOL* matched);
@@ -109,8 +114,10 @@ public:
     // text with every match (the first alone with Global off) replaced by replacement, in
     // which $& $` $' $$ $n and $nn stand for the match, the text before and behind it, a
     // dollar sign and a group, as in ECMAScript. On failure result is left as it was.
+    // replaced, when given, gets the number of matches replaced: 0 tells the miss that Test
+    // would have told, without a search of its own.
     HRESULT Replace(std::u16string_view text, std::u16string_view replacement,
-                    std::u16string* result);
+                    std::u16string* result, LONG* replaced = nullptr);
 
 private:
     HRESULT Compiled(const CompiledRegExp** compiled);
@@ -121,6 +128,7 @@ private:
     bool m_global = false;
     CompiledRegExpPtr m_compiled; // of m_pattern and m_ignoreCase, or null
     std::unique_ptr<RegExpMatchState> m_state;
+    std::vector<std::ptrdiff_t> m_groups; // of the last Test, kept for its storage
 };
 
 } // namespace talvor::platform

@@ -112,10 +112,15 @@ HRESULT CompileRegExp(std::u16string_view pattern, bool ignoreCase, CompiledRegE
     // PCRE2 10.42's JIT compares a caseless back-reference beyond ASCII by code unit when
     // Unicode properties are on without UTF ("(.)\1" misses "\u00c9\u00e9"); the
     // interpreter folds it, so such patterns are left to the interpreter.
-    if (!translated.caselessBackReference)
-        pcre2_jit_compile(code, PCRE2_JIT_COMPLETE);
+    const bool jitCompiled =
+        !translated.caselessBackReference && pcre2_jit_compile(code, PCRE2_JIT_COMPLETE) == 0;
     try {
-        out = std::make_shared<const CompiledRegExp>(code, translated.captureCount);
+        auto compiled =
+            std::make_shared<CompiledRegExp>(code, translated.captureCount, jitCompiled);
+        detail::WordSearch word;
+        if (detail::WordSearch::Recognise(pattern, ignoreCase, word))
+            compiled->SetWord(word);
+        out = std::move(compiled);
     } catch (const std::bad_alloc&) {
         pcre2_code_free(code);
         return RegExpOutOfMemory;
@@ -156,10 +161,25 @@ HRESULT RegExpMatchState::Find(const CompiledRegExp& compiled, std::u16string_vi
         if (m_data == nullptr)
             return RegExpOutOfMemory;
     }
+    if (const detail::WordSearch* word = compiled.Word()) {
+        std::size_t matchStart = 0, matchEnd = 0;
+        if (word->Find(text, start, matchStart, matchEnd)) {
+            groups.assign(static_cast<std::size_t>(pairs) * 2, -1);
+            groups[0] = static_cast<std::ptrdiff_t>(matchStart);
+            groups[1] = static_cast<std::ptrdiff_t>(matchEnd);
+            found = true;
+        }
+        return S_OK;
+    }
     static const char16_t Empty[1] = {0}; // PCRE2 wants a subject even when it is empty
     const char16_t* subject = text.empty() ? Empty : text.data();
-    int rc = pcre2_match(compiled.Code(), reinterpret_cast<PCRE2_SPTR>(subject), text.size(), start,
-                         0, m_data, m_context);
+    // The JIT's own entry skips the checks of pcre2_match, which a subject of code units with
+    // no UTF mode does not need; the limits of the context hold either way.
+    int rc = compiled.JitCompiled()
+                 ? pcre2_jit_match(compiled.Code(), reinterpret_cast<PCRE2_SPTR>(subject),
+                                   text.size(), start, 0, m_data, m_context)
+                 : pcre2_match(compiled.Code(), reinterpret_cast<PCRE2_SPTR>(subject), text.size(),
+                               start, 0, m_data, m_context);
     if (rc == PCRE2_ERROR_NOMATCH)
         return S_OK;
     if (rc < 0)

@@ -211,6 +211,13 @@ struct ClassAtom {
     std::uint32_t unit = 0;
 };
 
+// The opening and closing of an atom that must match exactly, also where the pattern is
+// compiled ignoring case: "(?-i:" and ")" then. A pattern compiled without ignoring case
+// leaves them out, so PCRE2 sees plain classes, which it can make possessive and search for.
+// The translation writes ASCII alone, so these private-use units stand for nothing else.
+constexpr char16_t ExactOpen = 0xE000;
+constexpr char16_t ExactClose = 0xE001;
+
 class Translator {
 public:
     Translator(std::u16string_view source, bool ignoreCase)
@@ -224,7 +231,19 @@ public:
             return m_error;
         if (!AtEnd())
             return RegExpSyntaxError; // a ')' without its '('
-        out.pattern = std::move(body);
+        out.pattern.clear();
+        out.pattern.reserve(body.size() + 16);
+        for (char16_t unit : body) {
+            if (unit == ExactOpen) {
+                if (m_caseless)
+                    out.pattern += u"(?-i:";
+            } else if (unit == ExactClose) {
+                if (m_caseless)
+                    out.pattern.push_back(u')');
+            } else {
+                out.pattern.push_back(unit);
+            }
+        }
         out.caseless = m_caseless;
         out.caselessBackReference = m_caselessBackReference;
         out.captureCount = m_openedGroups;
@@ -527,10 +546,12 @@ private:
             // Spelled out and kept from PCRE2's Unicode folding, which would also let the
             // Kelvin sign match 'k' or the long s match 's': ECMAScript never folds a
             // character outside ASCII onto one inside.
-            atom += u"(?-i:[";
+            atom.push_back(ExactOpen);
+            atom.push_back(u'[');
             atom.push_back(static_cast<char16_t>(unit | 0x20));
             atom.push_back(static_cast<char16_t>(unit & ~0x20u));
-            atom += u"])";
+            atom.push_back(u']');
+            atom.push_back(ExactClose);
             return;
         }
         if (m_ignoreCase && unit >= 0x80) {
@@ -538,9 +559,9 @@ private:
                 RangeList units;
                 for (std::uint32_t member : *members)
                     units.emplace_back(member, member);
-                atom += u"(?-i:";
+                atom.push_back(ExactOpen);
                 AppendClass(atom, Normalized(std::move(units)));
-                atom += u")";
+                atom.push_back(ExactClose);
                 return;
             }
             m_caseless = true;
@@ -550,10 +571,10 @@ private:
 
     void EscapeSet(std::u16string& atom, ClassEscape escape) {
         if (m_ignoreCase)
-            atom += u"(?-i:";
+            atom.push_back(ExactOpen);
         AppendClass(atom, EscapeRanges(escape));
         if (m_ignoreCase)
-            atom += u")";
+            atom.push_back(ExactClose);
     }
 
     // The character of a legacy octal escape at m_pos (a decimal digit): \8 and \9 stand for
@@ -826,9 +847,9 @@ private:
         if (!folded.empty())
             m_caseless = true;
         if (folded.empty()) {
-            atom += u"(?-i:";
+            atom.push_back(ExactOpen);
             AppendClass(atom, negated ? Complement(exact) : exact);
-            atom += u")";
+            atom.push_back(ExactClose);
         } else if (exact.empty()) {
             AppendClass(atom, folded, negated);
         } else if (!negated) {

@@ -2,7 +2,7 @@
 // shown twice: the facade's answer is asserted always, and, when Node is there, that Node
 // answers otherwise, so this list stays true. Everything not listed here agrees (see
 // regex_oracle_test.cpp).
-#include "tests/oracles/node_regexp_oracle.h"
+#include "tests/oracles/facade_answers.h"
 
 #include <clocale>
 #include <cwctype>

@@ -3,7 +3,7 @@
 // Cases: the engine's fixed fragments with the keywords of the resources and names from real
 // scripts, double-byte and UTF-8 text, empty texts, the lenient and the rejected forms of the
 // pattern language, and generated pattern/text pairs from a fixed seed.
-#include "tests/oracles/node_regexp_oracle.h"
+#include "tests/oracles/facade_answers.h"
 
 #include "resources/resource_guard.h"
 #include "resources/talvor_res_ids.h"

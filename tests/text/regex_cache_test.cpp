@@ -2,6 +2,7 @@
 // first, failures never kept, and no difference a caller of the facade could see.
 #include "text/detail/regex_cache.h"
 
+#include "platform/codepage/code_page.h"
 #include "tests/support/test_environment.h"
 #include "text/regular_expressions.h"
 
@@ -53,6 +54,58 @@ TEST(RegexCache, OffOrFailingCompilesAreNotKept) {
     EXPECT_EQ(cache.Compile(u"Foo(Bar", true, compiled), talvor::platform::RegExpExpectedParen);
     EXPECT_EQ(compiled, nullptr);
     EXPECT_EQ(cache.Size(), 0u);
+}
+
+// The facade finds a pattern by its 8-bit text, which means another pattern in another code
+// page: "^[\xC3\xA9]$" is a class of two characters in 1252 and of one in 65001.
+TEST(RegexCache, AnEightBitPatternIsKeptPerCodePage) {
+    const char* pattern = "^[\xC3\xA9]$";
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(talvor::platform::SetSystemCodePage(65001));
+        EXPECT_EQ(TVPfxTestByRegExp(pattern, "\xC3\xA9", -1, -1), 1);
+        EXPECT_EQ(TVPfxTestByRegExp(pattern, "\xA9", -1, -1), 0);
+        ASSERT_TRUE(talvor::platform::SetSystemCodePage(1252));
+        EXPECT_EQ(TVPfxTestByRegExp(pattern, "\xA9", -1, -1), 1);
+        EXPECT_EQ(TVPfxTestByRegExp(pattern, "\xC3\xA9", -1, -1), 0);
+    }
+}
+
+TEST(RegexCache, TheEightBitWayGivesTheEntryOfTheWidePattern) {
+    RegexCache cache(4);
+    std::u16string_view wide;
+    CompiledRegExpPtr narrow;
+    ASSERT_EQ(cache.CompileNarrow("[\\W]{1}If[\\W]{1}", 1252, true, wide, narrow), S_OK);
+    EXPECT_EQ(wide, u"[\\W]{1}If[\\W]{1}");
+    EXPECT_EQ(Compiled(cache, u"[\\W]{1}If[\\W]{1}"), narrow);
+    CompiledRegExpPtr again;
+    ASSERT_EQ(cache.CompileNarrow("[\\W]{1}If[\\W]{1}", 1252, true, wide, again), S_OK);
+    EXPECT_EQ(again, narrow);
+    ASSERT_EQ(cache.CompileNarrow("[\\W]{1}If[\\W]{1}", 1252, false, wide, again), S_OK);
+    EXPECT_NE(again, narrow);
+    EXPECT_EQ(cache.Size(), 2u);
+    // A failing pattern still gives its wide form, for the engine to report.
+    EXPECT_EQ(cache.CompileNarrow("Foo(Bar", 1252, true, wide, again),
+              talvor::platform::RegExpExpectedParen);
+    EXPECT_EQ(wide, u"Foo(Bar");
+}
+
+// Patterns that push each other out of a small cache, asked round after round by their 8-bit
+// text: the quick table in front must never give an entry that has gone.
+TEST(RegexCache, PatternsPushedOutAreCompiledAgainNotFoundStale) {
+    RegexCache cache(2);
+    const char* patterns[] = {"a+", "b+", "c+", "a+"};
+    for (int round = 0; round < 20; ++round) {
+        for (const char* pattern : patterns) {
+            std::u16string_view wide;
+            CompiledRegExpPtr compiled;
+            ASSERT_EQ(cache.CompileNarrow(pattern, 1252, round % 2 == 0, wide, compiled), S_OK);
+            EXPECT_EQ(wide, std::u16string(pattern, pattern + 2));
+            ASSERT_NE(compiled, nullptr);
+            EXPECT_LE(cache.Size(), 2u);
+        }
+        if (round == 10)
+            cache.Clear();
+    }
 }
 
 // A cache that is too small to hold one round of questions, or none at all, gives the very

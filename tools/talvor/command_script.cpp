@@ -2,6 +2,7 @@
 // code tree, and edited one code operation at a time.
 #include "tools/talvor/commands.h"
 
+#include "engine/code_tree.h"
 #include "engine/script_text_disposal.h"
 #include "platform/files/file_system.h"
 #include "tools/talvor/script_check.h"
@@ -34,7 +35,7 @@ const char* const ScriptHelp =
     "         handlers with their member ids, and the lines outside of any block\n"
     "  regen  the script written back in the system's order of blocks\n"
     "  tree   each procedure's body as the code tree: title, flow class and nesting of each\n"
-    "         line\n"
+    "         line (with --json also its block positions and, on an Exit line, its Exit word)\n"
     "  op     one code operation on a procedure's body: new, modify, delete, insert-before,\n"
     "         insert-after, add-else, move-up, move-down, move-top, move-bottom (or 0 to 9) at\n"
     "         line INDEX (from 0) with statement CODE; prints the body and the line to select\n"
@@ -155,41 +156,6 @@ int Regen(const ScriptSession& session, const std::string& output, std::FILE* ou
     return ExitOk;
 }
 
-// Nesting of each line of a body, from the positions of its blocks: the lines between a
-// block's start and end are one level deeper, its Else line is not; in a Select block the
-// lines behind each Case are one level deeper again.
-std::vector<int> Depths(CStringArray& body) {
-    const int size = static_cast<int>(body.GetSize());
-    std::vector<int> depth(static_cast<std::size_t>(size), 0);
-    for (int i = 0; i < size; ++i) {
-        ENUM_FLOWLOOP flow = Engine().CheckCodeFlow(body[i]);
-        if (flow == FLOW_IF || flow == FLOW_FOR || flow == FLOW_DO_WHILE || flow == FLOW_DO) {
-            int index = i, start, middle, end;
-            Engine().GetFlowPosByKeyWord(body, index, start, middle, end);
-            for (int j = start + 1; end > start && j < end; ++j)
-                depth[static_cast<std::size_t>(j)] += j != middle;
-        } else if (flow == FLOW_SELECT) {
-            int index = i, select, caseElse, endSelect;
-            CArray<int, int> cases;
-            Engine().GetCasePosByKeyWord(body, index, select, caseElse, endSelect, cases);
-            if (endSelect <= select)
-                continue;
-            std::vector<int> marks(cases.begin(), cases.end());
-            if (caseElse > select)
-                marks.push_back(caseElse);
-            std::sort(marks.begin(), marks.end());
-            marks.push_back(endSelect);
-            for (int j = select + 1; j < endSelect; ++j)
-                ++depth[static_cast<std::size_t>(j)];
-            for (std::size_t m = 0; m + 1 < marks.size(); ++m) {
-                for (int j = marks[m] + 1; j < marks[m + 1]; ++j)
-                    ++depth[static_cast<std::size_t>(j)];
-            }
-        }
-    }
-    return depth;
-}
-
 int Tree(const ScriptSession& session, const std::string& only, bool json, std::FILE* out) {
     Json procedures = Json::array();
     bool found = false;
@@ -200,32 +166,31 @@ int Tree(const ScriptSession& session, const std::string& only, bool json, std::
         VB_SUB_PROGRAMME_INFO sub;
         Engine().GetDataByEventCode(procedure.text, &sub);
         CStringArray& body = sub.arrCode;
-        std::vector<int> depth = Depths(body);
+        // The whole tree in one pass over the body, not a walk of the body per line.
+        const std::vector<engine::CodeTreeLine> tree = engine::BuildCodeTree(Engine(), body);
         Json lines = Json::array();
         if (!json)
             std::fprintf(out, "%s\n", procedure.name.c_str());
         for (int i = 0; i < static_cast<int>(body.GetSize()); ++i) {
-            ENUM_FLOWLOOP flow = Engine().CheckCodeFlow(body[i]);
-            CString title = Engine().GetTreeTitleByCode(body[i]);
-            int index = i, start, middle, end;
-            Engine().GetFlowPosByKeyWord(body, index, start, middle, end);
+            const engine::CodeTreeLine& line = tree[static_cast<std::size_t>(i)];
             if (json) {
                 lines.push_back({{"index", i},
                                  {"code", ToUtf8(body[i])},
-                                 {"title", ToUtf8(title)},
-                                 {"flow", static_cast<int>(flow)},
-                                 {"flowName", FlowNames[flow]},
-                                 {"depth", depth[static_cast<std::size_t>(i)]},
-                                 {"start", start},
-                                 {"middle", middle},
-                                 {"end", end}});
+                                 {"title", ToUtf8(line.title)},
+                                 {"flow", static_cast<int>(line.flow)},
+                                 {"flowName", FlowNames[line.flow]},
+                                 {"depth", line.depth},
+                                 {"start", line.start},
+                                 {"middle", line.middle},
+                                 {"end", line.end}});
+                if (line.flow == FLOW_EXIT)
+                    lines.back()["exit"] = ToUtf8(line.exitWord);
                 continue;
             }
-            std::string indent(2 * static_cast<std::size_t>(depth[static_cast<std::size_t>(i)]),
-                               ' ');
-            std::fprintf(out, "  %3d  %s%s", i, indent.c_str(), title.GetString());
-            if (flow != FLOW_NONE)
-                std::fprintf(out, "  [%s]", FlowNames[flow]);
+            std::string indent(2 * static_cast<std::size_t>(line.depth), ' ');
+            std::fprintf(out, "  %3d  %s%s", i, indent.c_str(), line.title.GetString());
+            if (line.flow != FLOW_NONE)
+                std::fprintf(out, "  [%s]", FlowNames[line.flow]);
             std::fprintf(out, "\n");
         }
         if (json)

@@ -3,6 +3,7 @@
 #include "platform/codepage/detail/iconv_pages.h"
 
 #include <cerrno>
+#include <cstring>
 #include <iconv.h>
 #include <map>
 #include <memory>
@@ -13,6 +14,7 @@ namespace {
 struct IconvPair {
     iconv_t toWide = reinterpret_cast<iconv_t>(-1);
     iconv_t fromWide = reinterpret_cast<iconv_t>(-1);
+    bool asciiSame = false; // bytes below 0x80 and code units below 0x80 map to each other
     ~IconvPair() {
         if (toWide != reinterpret_cast<iconv_t>(-1))
             iconv_close(toWide);
@@ -20,6 +22,39 @@ struct IconvPair {
             iconv_close(fromWide);
     }
 };
+
+// True when the page converts every byte below 0x80 to the code unit of the same value and
+// back, so ASCII text may skip iconv. Asked once per page and thread, of the converters.
+bool AsciiMapsToItself(IconvPair& pair) {
+    if (pair.toWide == reinterpret_cast<iconv_t>(-1) ||
+        pair.fromWide == reinterpret_cast<iconv_t>(-1))
+        return false;
+    char bytes[0x80];
+    char units[0x100];
+    char back[0x80];
+    for (int b = 0; b < 0x80; ++b)
+        bytes[b] = static_cast<char>(b);
+    char* in = bytes;
+    std::size_t inLeft = sizeof bytes;
+    char* out = units;
+    std::size_t outLeft = sizeof units;
+    iconv(pair.toWide, nullptr, nullptr, nullptr, nullptr);
+    if (iconv(pair.toWide, &in, &inLeft, &out, &outLeft) == static_cast<std::size_t>(-1) ||
+        outLeft != 0)
+        return false;
+    for (int b = 0; b < 0x80; ++b)
+        if (units[2 * b] != static_cast<char>(b) || units[2 * b + 1] != 0)
+            return false;
+    in = units;
+    inLeft = sizeof units;
+    out = back;
+    outLeft = sizeof back;
+    iconv(pair.fromWide, nullptr, nullptr, nullptr, nullptr);
+    if (iconv(pair.fromWide, &in, &inLeft, &out, &outLeft) == static_cast<std::size_t>(-1) ||
+        outLeft != 0)
+        return false;
+    return std::memcmp(bytes, back, sizeof bytes) == 0;
+}
 
 // iconv descriptors carry shift state, so each thread keeps its own.
 IconvPair& Converters(const PageInfo& page) {
@@ -29,6 +64,7 @@ IconvPair& Converters(const PageInfo& page) {
         slot = std::make_unique<IconvPair>();
         slot->toWide = iconv_open("UTF-16LE", page.iconvName);
         slot->fromWide = iconv_open(page.iconvName, "UTF-16LE");
+        slot->asciiSame = AsciiMapsToItself(*slot);
     }
     return *slot;
 }
@@ -129,6 +165,10 @@ std::string IconvFromWide(const PageInfo& page, std::u16string_view wide) {
     }
     flush(wide.size());
     return out;
+}
+
+bool IconvAsciiSame(const PageInfo& page) {
+    return Converters(page).asciiSame;
 }
 
 } // namespace talvor::platform::detail

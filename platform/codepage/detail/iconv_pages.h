@@ -15,4 +15,7 @@ std::u16string IconvToWide(const PageInfo& page, std::string_view text);
 // hold give "?".
 std::string IconvFromWide(const PageInfo& page, std::u16string_view wide);
 
+// True when the page maps each byte below 0x80 to the code unit of the same value and back.
+bool IconvAsciiSame(const PageInfo& page);
+
 } // namespace talvor::platform::detail

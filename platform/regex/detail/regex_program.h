@@ -2,7 +2,10 @@
 // only by their forward declarations, so no file outside platform/ sees <pcre2.h>.
 #pragma once
 
+#include "platform/regex/detail/regex_word_search.h"
 #include "platform/regex/regex_engine.h"
+
+#include <optional>
 
 #include <cstddef>
 #include <string_view>
@@ -18,18 +21,25 @@ namespace talvor::platform {
 // Immutable once built, so one compiled pattern may serve any number of engine objects.
 class CompiledRegExp {
 public:
-    CompiledRegExp(pcre2_real_code_16* code, int captureCount)
-        : m_code(code), m_captureCount(captureCount) {}
+    CompiledRegExp(pcre2_real_code_16* code, int captureCount, bool jitCompiled)
+        : m_code(code), m_captureCount(captureCount), m_jitCompiled(jitCompiled) {}
     ~CompiledRegExp();
     CompiledRegExp(const CompiledRegExp&) = delete;
     CompiledRegExp& operator=(const CompiledRegExp&) = delete;
 
     int CaptureCount() const { return m_captureCount; }
     const pcre2_real_code_16* Code() const { return m_code; }
+    // True when the JIT compiled the pattern, so its machine code may be called directly.
+    bool JitCompiled() const { return m_jitCompiled; }
+    // The keyword test's pattern, matched without PCRE2; null for every other pattern.
+    const detail::WordSearch* Word() const { return m_word ? &*m_word : nullptr; }
+    void SetWord(const detail::WordSearch& word) { m_word = word; }
 
 private:
     pcre2_real_code_16* m_code;
     int m_captureCount;
+    bool m_jitCompiled;
+    std::optional<detail::WordSearch> m_word;
 };
 
 // Limits, stack and match data for matching; one per engine object.

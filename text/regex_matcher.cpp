@@ -1,6 +1,6 @@
 // The matcher singleton and the life of its engine object: built on the first facade call,
 // given up by TVPfxRegExpRelease, built again by a call after that.
-#include "text/regular_expressions.h"
+#include "text/regex_matcher.h"
 
 #include "platform/regex/regex_engine.h"
 #include "text/detail/regex_cache.h"
