@@ -4,6 +4,7 @@
 
 #include "syntax/detail/rule_match.h"
 #include "syntax/detail/word_tests.h"
+#include "syntax/keyword_cache.h"
 
 #include <string_view>
 
@@ -45,7 +46,8 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
         return dwCookie;
 
     const PreparedRules rules(*this);
-    m_keywordCache.Update(m_arrKeyWords, m_bCase != 0);
+    talvor::syntax::KeywordCache& keywords = *m_keywordCache;
+    keywords.Update(m_arrKeyWords, m_bCase != 0);
     RunList runs(pBuf, nActualItems);
     const char* line = strLine.GetString();
     const auto* bytes = reinterpret_cast<const unsigned char*>(line);
@@ -185,7 +187,7 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
         return cookie;
     const int end = i < length ? i : length;
     const std::string_view word(line + wordStart, static_cast<std::size_t>(end - wordStart));
-    if (m_keywordCache.Lookup(m_arrKeyWords, word)) {
+    if (keywords.Lookup(m_arrKeyWords, word)) {
         runs.Add(before(wordStart - 1, '/') ? wordStart - 1 : wordStart, COLOR_KEYWORD);
         if (IsScriptWord(word)) {
             if (before(wordStart - 1, '<')) {

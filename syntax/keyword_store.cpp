@@ -5,6 +5,7 @@
 #include "platform/codepage/code_page.h"
 #include "syntax/detail/language_rows.h"
 #include "syntax/detail/word_tests.h"
+#include "syntax/keyword_cache.h"
 
 #include <algorithm>
 
@@ -51,5 +52,5 @@ void CTalvorSyntax::SortSynWordArray() {
 }
 
 int CTalvorSyntax::IsSynWord(CString& strWord) {
-    return m_keywordCache.Contains(m_arrKeyWords, m_bCase != 0, strWord.View()) ? 1 : 0;
+    return m_keywordCache->Contains(m_arrKeyWords, m_bCase != 0, strWord.View()) ? 1 : 0;
 }

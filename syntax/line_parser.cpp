@@ -4,6 +4,7 @@
 
 #include "syntax/detail/rule_match.h"
 #include "syntax/detail/word_tests.h"
+#include "syntax/keyword_cache.h"
 
 #include <string_view>
 
@@ -31,7 +32,8 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
         return dwCookie;
 
     const PreparedRules rules(*this);
-    m_keywordCache.Update(m_arrKeyWords, m_bCase != 0);
+    talvor::syntax::KeywordCache& keywords = *m_keywordCache;
+    keywords.Update(m_arrKeyWords, m_bCase != 0);
     RunList runs(pBuf, nActualItems);
     const char* line = strLine.GetString();
     const auto* bytes = reinterpret_cast<const unsigned char*>(line);
@@ -47,7 +49,7 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
 
     auto closeWord = [&](int end) {
         const std::string_view word(line + wordStart, static_cast<std::size_t>(end - wordStart));
-        if (m_keywordCache.Lookup(m_arrKeyWords, word))
+        if (keywords.Lookup(m_arrKeyWords, word))
             runs.Add(wordStart, COLOR_KEYWORD);
         else if (IsNumberIn(m_nLanguage, word))
             runs.Add(wordStart, COLOR_NUMBER);

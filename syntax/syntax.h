@@ -5,9 +5,15 @@
 #include "platform/core/win_types.h"
 #include "platform/strings/arrays.h"
 #include "platform/strings/cstring.h"
-#include "syntax/keyword_cache.h"
+
+#include <memory>
 
 class CArchive;
+
+namespace talvor::syntax {
+class DocumentColourer;
+class KeywordCache;
+} // namespace talvor::syntax
 
 // One colour run: it starts at a byte offset of the line and reaches to the start of the next
 // run (the last one to the end of the line). Runs may share a start; the last of them counts.
@@ -145,7 +151,11 @@ protected:
                                    int& nActualItems);
 
 private:
+    // Colours whole documents with ParseLine and loads languages with LoadSynWord.
+    friend class talvor::syntax::DocumentColourer;
+
     void CopyRulesFrom(const CTalvorSyntax& other);
 
-    talvor::syntax::KeywordCache m_keywordCache; // hashed answers of the keyword search
+    // Hashed answers of the keyword search; each object has its own, copies start empty.
+    std::unique_ptr<talvor::syntax::KeywordCache> m_keywordCache;
 };

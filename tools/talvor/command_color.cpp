@@ -2,17 +2,15 @@
 // cookie across hard line ends as the editor does, and prints marks, ANSI colours or HTML.
 #include "tools/talvor/commands.h"
 
+#include "platform/codepage/code_page.h"
 #include "platform/files/file_system.h"
-#include "syntax/line_cookie.h"
-#include "syntax/syntax.h"
-#include "syntax/text_lines.h"
+#include "syntax/document_colourer.h"
 #include "tools/talvor/color_language_guess.h"
 #include "tools/talvor/color_output.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <unistd.h>
-#include <vector>
 
 namespace talvor::tool {
 namespace {
@@ -39,12 +37,14 @@ const char* const ColorHelp =
 
 enum class Format { Marks, Ansi, Html };
 
-// Reaches the protected parser and loaders of the library's class.
-struct Colourer : CTalvorSyntax {
-    using CTalvorSyntax::GetLanguageByStringShow;
-    using CTalvorSyntax::LoadSynWord;
-    using CTalvorSyntax::ParseLine;
-};
+// The code of the language named exactly name (case matters), or -1.
+int LanguageByName(const std::string& name) {
+    for (const LANGUAGE_INFO& row : g_LanguageTable) {
+        if (platform::CompareExact(name, row.m_pszName) == 0)
+            return static_cast<int>(row.m_nLanguage);
+    }
+    return -1;
+}
 
 std::string LanguageNames() {
     std::string names;
@@ -101,11 +101,10 @@ int RunColor(const Args& args) {
     if (!haveFormat)
         format = ::isatty(::fileno(stdout)) ? Format::Ansi : Format::Marks;
 
-    Colourer colourer;
     UINT language = 0;
     if (!languageName.empty()) {
-        const int code = colourer.GetLanguageByStringShow(CString(languageName));
-        if (code == 35 && languageName != "Plain text")
+        const int code = languageName == "Plain text" ? 35 : LanguageByName(languageName);
+        if (code < 0)
             return UserError("color: unknown language '" + languageName +
                              "' (names: " + LanguageNames() + ")");
         language = static_cast<UINT>(code);
@@ -123,41 +122,27 @@ int RunColor(const Args& args) {
     if (!platform::ReadWholeFile(file, text, error))
         return UserError("color: " + error);
 
-    colourer.SetLanguage(language);
-    colourer.LoadSynWord();
+    CTalvorSyntax syntax;
+    syntax::DocumentColourer colourer(syntax);
+    colourer.LoadLanguage(language);
+    colourer.SetAppendBlank(blank);
 
     OutputBuffer out(stdout);
     if (format == Format::Html)
-        AppendHtmlPageStart(out, colourer, file);
-
-    std::vector<COLORINFO> runs;
-    CString line;
-    unsigned long cookie = 0;
-    const std::string_view whole = text;
-    for (std::size_t pos = 0; pos < whole.size();) {
-        const std::string_view view = syntax::NextLine(whole, pos);
-        line.Empty(); // keeps its buffer: no allocation per line
-        line.Append(view.data(), static_cast<int>(view.size()));
-        if (blank)
-            line += ' ';
-        const std::size_t room = 2 * static_cast<std::size_t>(line.GetLength()) + 1;
-        if (runs.size() < room)
-            runs.resize(room);
-        int count = 0;
-        const unsigned long end = colourer.ParseLine(cookie, line, runs.data(), count);
+        AppendHtmlPageStart(out, syntax, file);
+    colourer.ColourText(text, [&](const syntax::ColouredLine& line) {
         switch (format) {
         case Format::Marks:
-            AppendMarkedLine(out, line.View(), runs.data(), count, end);
+            AppendMarkedLine(out, line.text, line.runs, line.count, line.cookieAtEnd);
             break;
         case Format::Ansi:
-            AppendAnsiLine(out, line.View(), runs.data(), count, colourer);
+            AppendAnsiLine(out, line.text, line.runs, line.count, syntax);
             break;
         case Format::Html:
-            AppendHtmlLine(out, line.View(), runs.data(), count);
+            AppendHtmlLine(out, line.text, line.runs, line.count);
             break;
         }
-        cookie = syntax::CookieForNextLine(language, end, true);
-    }
+    });
     if (format == Format::Html)
         AppendHtmlPageEnd(out);
     if (!out.Flush())
