@@ -12,7 +12,7 @@
 #include "platform/app/profile.h"
 #include "platform/codepage/code_page.h"
 #include "syntax/document_colourer.h"
-#include "syntax/line_cookie.h"
+#include "syntax/languages.h"
 #include "tests/syntax/reference_line_parser.h"
 
 #include <cstdint>

@@ -2,6 +2,7 @@
 // room, and the cookie rule between lines.
 #include "syntax/document_colourer.h"
 
+#include "syntax/languages.h"
 #include "syntax/line_cookie.h"
 
 namespace talvor::syntax {
@@ -11,9 +12,13 @@ void DocumentColourer::LoadLanguage(UINT language) {
     m_syntax.LoadSynWord();
 }
 
+bool DocumentColourer::TagParser() const {
+    return UsesTagParser(m_syntax.GetLanguage());
+}
+
 std::size_t DocumentColourer::RunRoom(std::size_t lineLength) const {
     // The tag parser adds two runs for a lone ">", the other parser at most one per byte.
-    return (UsesTagParser(m_syntax.GetLanguage()) ? 2 * lineLength : lineLength) + 1;
+    return (TagParser() ? 2 * lineLength : lineLength) + 1;
 }
 
 CString& DocumentColourer::Prepare(std::string_view line, bool appendBlank) {
@@ -24,21 +29,12 @@ CString& DocumentColourer::Prepare(std::string_view line, bool appendBlank) {
     return m_line;
 }
 
-LineColours DocumentColourer::Parse(unsigned long cookie, CString& line) {
-    const std::size_t room = RunRoom(static_cast<std::size_t>(line.GetLength()));
-    if (m_runs.size() < room)
-        m_runs.resize(room);
-    int count = 0;
-    const unsigned long end = m_syntax.ParseLine(cookie, line, m_runs.data(), count);
-    return {m_runs.data(), count, end};
-}
-
 LineColours DocumentColourer::ColourLine(unsigned long cookie, CString& line) {
-    return Parse(cookie, line);
+    return Parse(cookie, line, TagParser());
 }
 
 LineColours DocumentColourer::ColourLine(unsigned long cookie, std::string_view line) {
-    return Parse(cookie, Prepare(line, false));
+    return Parse(cookie, Prepare(line, false), TagParser());
 }
 
 unsigned long DocumentColourer::CookieAtEnd(unsigned long cookie, CString& line) {
@@ -56,19 +52,21 @@ unsigned long DocumentColourer::CookieForNextLine(unsigned long cookieAtEnd,
 }
 
 unsigned long DocumentColourer::CookieAfterText(std::string_view text) {
+    const bool tags = TagParser();
     unsigned long cookie = 0, end = 0;
     for (std::size_t pos = 0; pos < text.size();) {
         end = CookieAtEnd(cookie, Prepare(NextLine(text, pos), m_appendBlank));
-        cookie = CookieForNextLine(end, true);
+        cookie = CarriedCookie(tags, end, true);
     }
     return end;
 }
 
 unsigned long DocumentColourer::CookieAfterLines(std::span<CString> lines) {
+    const bool tags = TagParser();
     unsigned long cookie = 0, end = 0;
     for (CString& line : lines) {
         end = CookieAtEnd(cookie, m_appendBlank ? Prepare(line.View(), true) : line);
-        cookie = CookieForNextLine(end, true);
+        cookie = CarriedCookie(tags, end, true);
     }
     return end;
 }

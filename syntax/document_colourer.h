@@ -3,6 +3,7 @@
 // the editor and the language server colour text; nothing else reaches the protected parser.
 #pragma once
 
+#include "syntax/line_cookie.h"
 #include "syntax/syntax.h"
 #include "syntax/text_lines.h"
 
@@ -72,7 +73,17 @@ public:
 private:
     // The line as parsed: a copy into the reused buffer, with the blank when asked.
     CString& Prepare(std::string_view line, bool appendBlank);
-    LineColours Parse(unsigned long cookie, CString& line);
+    // Inline, as the walks call it for every line.
+    LineColours Parse(unsigned long cookie, CString& line, bool tags) {
+        const auto length = static_cast<std::size_t>(line.GetLength());
+        const std::size_t room = (tags ? 2 * length : length) + 1; // see RunRoom
+        if (m_runs.size() < room)
+            m_runs.resize(room);
+        int count = 0;
+        const unsigned long end = m_syntax.ParseLine(cookie, line, m_runs.data(), count);
+        return {m_runs.data(), count, end};
+    }
+    bool TagParser() const;
 
     CTalvorSyntax& m_syntax;
     bool m_appendBlank = false;
@@ -82,32 +93,34 @@ private:
 
 template <class OnLine>
 unsigned long DocumentColourer::ColourText(std::string_view text, OnLine&& onLine) {
+    const bool tags = TagParser();
     unsigned long cookie = 0, end = 0;
     std::size_t number = 0;
     for (std::size_t pos = 0; pos < text.size(); ++number) {
         const std::size_t offset = pos;
         CString& line = Prepare(NextLine(text, pos), m_appendBlank);
-        const LineColours colours = Parse(cookie, line);
+        const LineColours colours = Parse(cookie, line, tags);
         onLine(ColouredLine{number, offset, line.View(), colours.runs, colours.count, cookie,
                             colours.cookie});
         end = colours.cookie;
-        cookie = CookieForNextLine(end, true);
+        cookie = CarriedCookie(tags, end, true);
     }
     return end;
 }
 
 template <class OnLine>
 unsigned long DocumentColourer::ColourLines(std::span<CString> lines, OnLine&& onLine) {
+    const bool tags = TagParser();
     unsigned long cookie = 0, end = 0;
     std::size_t offset = 0;
     for (std::size_t number = 0; number < lines.size(); ++number) {
         CString& line = m_appendBlank ? Prepare(lines[number].View(), true) : lines[number];
-        const LineColours colours = Parse(cookie, line);
+        const LineColours colours = Parse(cookie, line, tags);
         onLine(ColouredLine{number, offset, line.View(), colours.runs, colours.count, cookie,
                             colours.cookie});
         offset += static_cast<std::size_t>(lines[number].GetLength()) + 1;
         end = colours.cookie;
-        cookie = CookieForNextLine(end, true);
+        cookie = CarriedCookie(tags, end, true);
     }
     return end;
 }

@@ -2,8 +2,10 @@
 // normal, and the body of a script element is one block in the string colour.
 #include "syntax/syntax.h"
 
-#include "syntax/detail/rule_match.h"
-#include "syntax/detail/word_tests.h"
+#include "syntax/detail/language_rows.h"
+#include "syntax/detail/number_rules.h"
+#include "syntax/detail/prepared_rules.h"
+#include "syntax/detail/run_list.h"
 #include "syntax/keyword_cache.h"
 
 #include <string_view>
@@ -47,6 +49,7 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
 
     const PreparedRules rules(*this);
     talvor::syntax::KeywordCache& keywords = *m_keywordCache;
+    const LanguageRow* language = FindLanguageRow(m_nLanguage);
     keywords.Update(m_arrKeyWords, m_bCase != 0);
     RunList runs(pBuf, nActualItems);
     const char* line = strLine.GetString();
@@ -148,7 +151,7 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
                 // Inside a tag a word is a name or a value; the keyword list is not asked.
                 const std::string_view word(line + wordStart,
                                             static_cast<std::size_t>(i - wordStart));
-                if (IsNumberIn(m_nLanguage, word)) {
+                if (IsNumberIn(language, word)) {
                     runs.Add(wordStart, COLOR_NUMBER);
                 } else {
                     if (IsScriptWord(word)) {
@@ -197,7 +200,7 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
                 runs.Add(wordStart - 2, COLOR_NORMAL);
             }
         }
-    } else if (IsNumberIn(m_nLanguage, word)) {
+    } else if (IsNumberIn(language, word)) {
         runs.Add(wordStart, COLOR_NUMBER);
     }
     return cookie;

@@ -2,8 +2,10 @@
 // array, giving colour runs and the cookie at the line's end. It never looks at other lines.
 #include "syntax/syntax.h"
 
-#include "syntax/detail/rule_match.h"
-#include "syntax/detail/word_tests.h"
+#include "syntax/detail/language_rows.h"
+#include "syntax/detail/number_rules.h"
+#include "syntax/detail/prepared_rules.h"
+#include "syntax/detail/run_list.h"
 #include "syntax/keyword_cache.h"
 
 #include <string_view>
@@ -25,7 +27,8 @@ int ColourOfState(unsigned long cookie) {
 
 unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine, COLORINFO* pBuf,
                                        int& nActualItems) {
-    if (m_nLanguage == 14 || m_nLanguage == 34)
+    const LanguageRow* language = FindLanguageRow(m_nLanguage);
+    if (language != nullptr && language->parser == LineParser::Tags)
         return ParseLineForHtml(dwCookie, strLine, pBuf, nActualItems);
     const int length = strLine.GetLength();
     if (length == 0)
@@ -51,7 +54,7 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
         const std::string_view word(line + wordStart, static_cast<std::size_t>(end - wordStart));
         if (keywords.Lookup(m_arrKeyWords, word))
             runs.Add(wordStart, COLOR_KEYWORD);
-        else if (IsNumberIn(m_nLanguage, word))
+        else if (IsNumberIn(language, word))
             runs.Add(wordStart, COLOR_NUMBER);
     };
 

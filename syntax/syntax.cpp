@@ -3,6 +3,7 @@
 #include "syntax/syntax.h"
 
 #include "syntax/keyword_cache.h"
+#include "syntax/languages.h"
 
 #include <cstring>
 
@@ -25,12 +26,12 @@ void Release(char*& slot) {
 } // namespace
 
 CTalvorSyntax::CTalvorSyntax()
-    : m_nLanguage(3), m_clrBkColor(0xFFFFFF), m_clrCommentColor(0x008000),
-      m_clrSyntaxColor(0xFF0000), m_clrNormalColor(0x000000), m_clrStringColor(0x000080),
-      m_clrCharColor(0x000080), m_clrNumberColor(0x0000FF), m_clrUnderLine(0xC8C8C8),
-      m_clrBkCurLine(0xC8C8C8), m_clrLineEnd(0xC80000), m_clrLinNumberBkColor(0xFFFFFF),
-      m_clrLinNumberNormal(0xC0C0C0), m_clrCurLinNumber(0x800000), m_clrLinNumberSep(0xC0C0C0),
-      m_clrCross(0x800000), m_clrBKSelText(0x800000),
+    : m_nLanguage(talvor::syntax::CodeOf(talvor::syntax::Language::Basic)), m_clrBkColor(0xFFFFFF),
+      m_clrCommentColor(0x008000), m_clrSyntaxColor(0xFF0000), m_clrNormalColor(0x000000),
+      m_clrStringColor(0x000080), m_clrCharColor(0x000080), m_clrNumberColor(0x0000FF),
+      m_clrUnderLine(0xC8C8C8), m_clrBkCurLine(0xC8C8C8), m_clrLineEnd(0xC80000),
+      m_clrLinNumberBkColor(0xFFFFFF), m_clrLinNumberNormal(0xC0C0C0), m_clrCurLinNumber(0x800000),
+      m_clrLinNumberSep(0xC0C0C0), m_clrCross(0x800000), m_clrBKSelText(0x800000),
       m_clrTab(0x808080), m_pszBeginCommentEx{nullptr, nullptr},
       m_pszEndCommentEx{nullptr, nullptr}, m_pszLineComment{nullptr, nullptr},
       m_pszBeginString(nullptr), m_pszEndString(nullptr), m_pszBeginChar(nullptr),

@@ -137,7 +137,7 @@ std::vector<Example> AllExamples() {
             examples.push_back({language, path, dir + "/" + name + ".styled"});
         }
         // The real VBScript corpus is Basic too; its golden files sit in a folder of their own.
-        if (language == 3) {
+        if (language == syntax::CodeOf(syntax::Language::Basic)) {
             for (const std::string& path : VbscriptFiles()) {
                 const std::string name = path.substr(path.rfind('/') + 1);
                 // Scripts of a Windows host: 1252, whatever bytes they hold.

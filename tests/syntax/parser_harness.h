@@ -4,6 +4,7 @@
 
 #include "platform/app/profile.h"
 #include "syntax/document_colourer.h"
+#include "syntax/languages.h"
 #include "syntax/line_cookie.h"
 #include "syntax/styled_line.h"
 #include "syntax/syntax.h"
@@ -69,7 +70,7 @@ inline std::string FormatRuns(const COLORINFO* runs, int count) {
 inline ParsedLine Parse(ParserUnderTest& parser, unsigned long cookie, const std::string& line) {
     CString text(line);
     const UINT language = parser.GetLanguage();
-    const bool html = language == 14 || language == 34;
+    const bool html = syntax::UsesTagParser(language);
     const std::size_t room = html ? 2 * line.size() + 1 : line.size() + 1;
     std::vector<COLORINFO> runs(room);
     int count = 0;

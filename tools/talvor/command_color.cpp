@@ -2,10 +2,9 @@
 // cookie across hard line ends as the editor does, and prints marks, ANSI colours or HTML.
 #include "tools/talvor/commands.h"
 
-#include "platform/codepage/code_page.h"
 #include "platform/files/file_system.h"
 #include "syntax/document_colourer.h"
-#include "tools/talvor/color_language_guess.h"
+#include "syntax/languages.h"
 #include "tools/talvor/color_output.h"
 
 #include <cstdio>
@@ -15,7 +14,7 @@
 namespace talvor::tool {
 namespace {
 
-const char* const ColorHelp =
+const char* const ColorHelpStart =
     "usage: talvor color FILE [--language NAME | --code N] [--html | --ansi | --marks] [--blank]\n"
     "\n"
     "Colours FILE line by line with the line parser of a language; the parse cookie is carried\n"
@@ -23,7 +22,7 @@ const char* const ColorHelp =
     "\n"
     "  --language NAME  the language by its exact name (\"Basic\", \"C++\", \"Object Pascal\",\n"
     "                   \"Plain text\", ...); without it and --code the file's extension decides\n"
-    "  --code N         the language by its code, 0 to 35 (35 is plain text)\n"
+    "  --code N         the language by its code, 0 to {plain} ({plain} is plain text)\n"
     "  --html           a complete HTML page in the default colours\n"
     "  --ansi           24-bit ANSI colours (the default when standard output is a terminal)\n"
     "  --marks          each line as \"CC text\": the cookie at its end in hex, then the text "
@@ -37,13 +36,13 @@ const char* const ColorHelp =
 
 enum class Format { Marks, Ansi, Html };
 
-// The code of the language named exactly name (case matters), or -1.
-int LanguageByName(const std::string& name) {
-    for (const LANGUAGE_INFO& row : g_LanguageTable) {
-        if (platform::CompareExact(name, row.m_pszName) == 0)
-            return static_cast<int>(row.m_nLanguage);
-    }
-    return -1;
+// The help text with the plain text code filled in.
+std::string ColorHelp() {
+    std::string help = ColorHelpStart;
+    const std::string plain = std::to_string(syntax::PlainTextCode);
+    for (std::size_t at; (at = help.find("{plain}")) != std::string::npos;)
+        help.replace(at, 7, plain);
+    return help;
 }
 
 std::string LanguageNames() {
@@ -67,7 +66,7 @@ int RunColor(const Args& args) {
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& arg = args[i];
         if (arg == "--help" || arg == "-h") {
-            std::fputs(ColorHelp, stdout);
+            std::fputs(ColorHelp().c_str(), stdout);
             return ExitOk;
         }
         if (arg == "--language" || arg == "--code") {
@@ -103,7 +102,7 @@ int RunColor(const Args& args) {
 
     UINT language = 0;
     if (!languageName.empty()) {
-        const int code = languageName == "Plain text" ? 35 : LanguageByName(languageName);
+        const int code = syntax::LanguageByName(languageName);
         if (code < 0)
             return UserError("color: unknown language '" + languageName +
                              "' (names: " + LanguageNames() + ")");
@@ -111,11 +110,12 @@ int RunColor(const Args& args) {
     } else if (!languageCode.empty()) {
         char* end = nullptr;
         const unsigned long code = std::strtoul(languageCode.c_str(), &end, 10);
-        if (end == languageCode.c_str() || *end != '\0' || code > 35)
-            return UserError("color: language code '" + languageCode + "' is not 0 to 35");
+        if (end == languageCode.c_str() || *end != '\0' || code > syntax::PlainTextCode)
+            return UserError("color: language code '" + languageCode + "' is not 0 to " +
+                             std::to_string(syntax::PlainTextCode));
         language = static_cast<UINT>(code);
     } else {
-        language = GuessLanguageFromFileName(file);
+        language = syntax::LanguageForFileName(file);
     }
 
     std::string text, error;
