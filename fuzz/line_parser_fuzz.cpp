@@ -13,7 +13,7 @@
 #include "platform/codepage/code_page.h"
 #include "syntax/document_colourer.h"
 #include "syntax/languages.h"
-#include "tests/syntax/reference_line_parser.h"
+#include "tests/reference/reference_line_parser.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -1,7 +1,7 @@
 // The library's line parser against the plain reference parser, on every line of the real
 // corpus, from every kind of start cookie, in single-byte, double-byte and UTF-8 code pages.
+#include "tests/reference/reference_line_parser.h"
 #include "tests/syntax/parser_harness.h"
-#include "tests/syntax/reference_line_parser.h"
 
 #include "platform/codepage/code_page.h"
 #include "syntax/text_lines.h"

@@ -3,6 +3,7 @@
 #include "tools/talvor/color_output.h"
 
 #include "platform/codepage/code_page.h"
+#include "syntax/styled_line.h"
 
 #include <array>
 #include <cstdint>
@@ -149,27 +150,11 @@ const char* CharsetOfSystemCodePage() {
 
 } // namespace
 
-void AppendMarkedLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,
-                      unsigned long cookieAtEnd) {
-    char head[24];
-    std::snprintf(head, sizeof head, "%02lx ", cookieAtEnd);
-    out.Append(head);
-    std::size_t pos = 0;
-    for (int i = 0; i < count; ++i) {
-        std::size_t start =
-            runs[i].m_nCharPos < 0 ? 0 : static_cast<std::size_t>(runs[i].m_nCharPos);
-        if (start > line.size())
-            start = line.size();
-        if (start > pos) {
-            out.Append(line.substr(pos, start - pos));
-            pos = start;
-        }
-        char mark[16];
-        std::snprintf(mark, sizeof mark, "{%d}", runs[i].m_nColorIndex);
-        out.Append(mark);
-    }
-    out.Append(line.substr(pos));
-    out.Append("\n");
+void AppendMarkedLine(OutputBuffer& out, std::string& scratch, std::string_view line,
+                      const COLORINFO* runs, int count, unsigned long cookieAtEnd) {
+    scratch.clear();
+    syntax::AppendStyledLine(scratch, line, runs, count, cookieAtEnd, syntax::StyledForm::Text);
+    out.Append(scratch);
 }
 
 void AppendAnsiLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace talvor::tool {
@@ -38,9 +39,10 @@ private:
     bool m_failed = false;
 };
 
-// "04 " (the cookie at the line's end), then the text with {n} before each run, then "\n".
-void AppendMarkedLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,
-                      unsigned long cookieAtEnd);
+// The golden form of syntax/styled_line.h with the text: "04 " (the cookie at the line's end),
+// then the text with {n} before each run, then "\n". scratch is reused from line to line.
+void AppendMarkedLine(OutputBuffer& out, std::string& scratch, std::string_view line,
+                      const COLORINFO* runs, int count, unsigned long cookieAtEnd);
 
 // The text in 24-bit ANSI colours of the parser's colour indices, reset at the line's end.
 void AppendAnsiLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,

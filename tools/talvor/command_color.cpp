@@ -130,10 +130,11 @@ int RunColor(const Args& args) {
     OutputBuffer out(stdout);
     if (format == Format::Html)
         AppendHtmlPageStart(out, syntax, file);
+    std::string marked;
     colourer.ColourText(text, [&](const syntax::ColouredLine& line) {
         switch (format) {
         case Format::Marks:
-            AppendMarkedLine(out, line.text, line.runs, line.count, line.cookieAtEnd);
+            AppendMarkedLine(out, marked, line.text, line.runs, line.count, line.cookieAtEnd);
             break;
         case Format::Ansi:
             AppendAnsiLine(out, line.text, line.runs, line.count, syntax);
