@@ -23,8 +23,11 @@ const char* const ColorHelpStart =
     "  --language NAME  the language by its exact name (\"Basic\", \"C++\", \"Object Pascal\",\n"
     "                   \"Plain text\", ...); without it and --code the file's extension decides\n"
     "  --code N         the language by its code, 0 to {plain} ({plain} is plain text)\n"
-    "  --html           a complete HTML page in the default colours\n"
-    "  --ansi           24-bit ANSI colours (the default when standard output is a terminal)\n"
+    "  --html           a complete HTML page in the default colours, always in UTF-8: text of\n"
+    "                   another code page is converted\n"
+    "  --ansi           24-bit ANSI colours, normal text in the terminal's own colour (the\n"
+    "                   default when standard output is a terminal); with NO_COLOR set in the\n"
+    "                   environment the text is written without colours\n"
     "  --marks          each line as \"CC text\": the cookie at its end in hex, then the text "
     "with\n"
     "                   {n} before each run, n the colour index (the default otherwise)\n"
@@ -130,6 +133,9 @@ int RunColor(const Args& args) {
     OutputBuffer out(stdout);
     if (format == Format::Html)
         AppendHtmlPageStart(out, syntax, file);
+    // NO_COLOR (set and not empty) turns terminal colours off, as in most command line tools.
+    const char* noColour = std::getenv("NO_COLOR");
+    const bool ansiColour = noColour == nullptr || *noColour == '\0';
     std::string marked;
     colourer.ColourText(text, [&](const syntax::ColouredLine& line) {
         switch (format) {
@@ -137,7 +143,7 @@ int RunColor(const Args& args) {
             AppendMarkedLine(out, marked, line.text, line.runs, line.count, line.cookieAtEnd);
             break;
         case Format::Ansi:
-            AppendAnsiLine(out, line.text, line.runs, line.count, syntax);
+            AppendAnsiLine(out, line.text, line.runs, line.count, syntax, ansiColour);
             break;
         case Format::Html:
             AppendHtmlLine(out, line.text, line.runs, line.count);
