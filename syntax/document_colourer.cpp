@@ -37,11 +37,6 @@ LineColours DocumentColourer::ColourLine(unsigned long cookie, std::string_view 
     return Parse(cookie, Prepare(line, false), TagParser());
 }
 
-unsigned long DocumentColourer::CookieAtEnd(unsigned long cookie, CString& line) {
-    int none = 0; // no run list: only the cookie is worked out
-    return m_syntax.ParseLine(cookie, line, nullptr, none);
-}
-
 unsigned long DocumentColourer::CookieAtEnd(unsigned long cookie, std::string_view line) {
     return CookieAtEnd(cookie, Prepare(line, false));
 }
@@ -65,7 +60,8 @@ unsigned long DocumentColourer::CookieAfterLines(std::span<CString> lines) {
     const bool tags = TagParser();
     unsigned long cookie = 0, end = 0;
     for (CString& line : lines) {
-        end = CookieAtEnd(cookie, m_appendBlank ? Prepare(line.View(), true) : line);
+        end = m_appendBlank ? CookieAtEnd(cookie, Prepare(line.View(), true))
+                            : CookieAtEnd(cookie, line);
         cookie = CarriedCookie(tags, end, true);
     }
     return end;

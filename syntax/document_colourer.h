@@ -25,7 +25,8 @@ struct LineColours {
 // One line as a walk over a text hands it to its callback.
 struct ColouredLine {
     std::size_t number;    // from 0
-    std::size_t offset;    // byte offset of the line's first byte in the text
+    std::size_t offset;    // of the line's first byte in the text (lines already cut: as if
+                           // joined by one-byte line ends)
     std::string_view text; // as parsed: without its line end, with the blank when asked
     const COLORINFO* runs; // byte offsets into text
     int count;             // runs in the list
@@ -55,7 +56,10 @@ public:
     LineColours ColourLine(unsigned long cookie, CString& line);
     LineColours ColourLine(unsigned long cookie, std::string_view line);
     // Only the cookie at the line's end, as the editor's cookie cache needs it: no run list.
-    unsigned long CookieAtEnd(unsigned long cookie, CString& line);
+    unsigned long CookieAtEnd(unsigned long cookie, CString& line) {
+        int none = 0; // no run list: only the cookie is worked out
+        return m_syntax.ParseLine(cookie, line, nullptr, none);
+    }
     unsigned long CookieAtEnd(unsigned long cookie, std::string_view line);
     // What of a line's end cookie the next line starts with: after a hard line end only a block
     // comment survives, except in languages of the tag parser; after a soft wrap all of it.

@@ -48,7 +48,7 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
         return dwCookie;
 
     const PreparedRules rules(*this);
-    talvor::syntax::KeywordCache& keywords = *m_keywordCache;
+    talvor::syntax::KeywordCache& keywords = talvor::syntax::KeywordCacheIn(m_keywordCache);
     const LanguageRow* language = FindLanguageRow(m_nLanguage);
     keywords.Update(m_arrKeyWords, m_bCase != 0);
     RunList runs(pBuf, nActualItems);

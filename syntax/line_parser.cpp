@@ -35,7 +35,7 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
         return dwCookie;
 
     const PreparedRules rules(*this);
-    talvor::syntax::KeywordCache& keywords = *m_keywordCache;
+    talvor::syntax::KeywordCache& keywords = talvor::syntax::KeywordCacheIn(m_keywordCache);
     keywords.Update(m_arrKeyWords, m_bCase != 0);
     RunList runs(pBuf, nActualItems);
     const char* line = strLine.GetString();

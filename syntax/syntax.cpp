@@ -37,11 +37,13 @@ CTalvorSyntax::CTalvorSyntax()
       m_pszBeginString(nullptr), m_pszEndString(nullptr), m_pszBeginChar(nullptr),
       m_pszEndChar(nullptr), m_bEscape(0), m_bCase(0), m_nInStringCount(0),
       m_nBeginCommentExCount(0), m_nEndCommentExCount(0), m_nLineCommentCount(0),
-      m_nBeginStringCount(0), m_nEndStringCount(0), m_nBeginCharCount(0), m_nEndCharCount(0),
-      m_keywordCache(std::make_unique<talvor::syntax::KeywordCache>()) {}
+      m_nBeginStringCount(0), m_nEndStringCount(0), m_nBeginCharCount(0), m_nEndCharCount(0) {
+    new (m_keywordCache) talvor::syntax::KeywordCache();
+}
 
 CTalvorSyntax::~CTalvorSyntax() {
     DeleteAllocString();
+    talvor::syntax::KeywordCacheIn(m_keywordCache).~KeywordCache();
 }
 
 CTalvorSyntax::CTalvorSyntax(const CTalvorSyntax& other)
@@ -64,8 +66,8 @@ CTalvorSyntax::CTalvorSyntax(const CTalvorSyntax& other)
       m_nLineCommentCount(other.m_nLineCommentCount),
       m_nBeginStringCount(other.m_nBeginStringCount), m_nEndStringCount(other.m_nEndStringCount),
       m_nBeginCharCount(other.m_nBeginCharCount), m_nEndCharCount(other.m_nEndCharCount),
-      m_arrKeyWords(other.m_arrKeyWords),
-      m_keywordCache(std::make_unique<talvor::syntax::KeywordCache>()) {
+      m_arrKeyWords(other.m_arrKeyWords) {
+    new (m_keywordCache) talvor::syntax::KeywordCache();
     CopyRulesFrom(other);
 }
 
@@ -103,7 +105,8 @@ CTalvorSyntax& CTalvorSyntax::operator=(const CTalvorSyntax& other) {
     m_nBeginCharCount = other.m_nBeginCharCount;
     m_nEndCharCount = other.m_nEndCharCount;
     m_arrKeyWords.Copy(other.m_arrKeyWords);
-    *m_keywordCache = talvor::syntax::KeywordCache(); // it answered for the old array
+    // It answered for the old array.
+    talvor::syntax::KeywordCacheIn(m_keywordCache) = talvor::syntax::KeywordCache();
     CopyRulesFrom(other);
     return *this;
 }

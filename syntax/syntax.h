@@ -6,13 +6,14 @@
 #include "platform/strings/arrays.h"
 #include "platform/strings/cstring.h"
 
-#include <memory>
+#include <cstddef>
 
 class CArchive;
 
 namespace talvor::syntax {
 class DocumentColourer;
-class KeywordCache;
+// Room for the keyword search's hash table inside each object (checked where it is defined).
+inline constexpr std::size_t KeywordCacheBytes = 128;
 } // namespace talvor::syntax
 
 // One colour run: it starts at a byte offset of the line and reaches to the start of the next
@@ -156,6 +157,8 @@ private:
 
     void CopyRulesFrom(const CTalvorSyntax& other);
 
-    // Hashed answers of the keyword search; each object has its own, copies start empty.
-    std::unique_ptr<talvor::syntax::KeywordCache> m_keywordCache;
+    // Hashed answers of the keyword search, built in place: its type stays out of this header,
+    // yet the parsers reach it without a pointer to follow. Each object has its own; copies
+    // start empty. See syntax/keyword_cache.h.
+    alignas(16) unsigned char m_keywordCache[talvor::syntax::KeywordCacheBytes];
 };

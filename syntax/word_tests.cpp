@@ -5,7 +5,10 @@
 #include "syntax/keyword_cache.h"
 
 int CTalvorSyntax::IsSynWord(CString& strWord) {
-    return m_keywordCache->Contains(m_arrKeyWords, m_bCase != 0, strWord.View()) ? 1 : 0;
+    return talvor::syntax::KeywordCacheIn(m_keywordCache)
+                   .Contains(m_arrKeyWords, m_bCase != 0, strWord.View())
+               ? 1
+               : 0;
 }
 
 int CTalvorSyntax::IsNumber(CString& strWord) {

@@ -27,7 +27,7 @@ struct DefaultRules {
 // A word that starts with one of the prefixes and is at least minLength bytes long is a number
 // exactly when every byte behind the prefix is a hexadecimal digit. The prefixes are exact.
 struct HexNumbers {
-    std::string_view prefixes[2];
+    std::string_view prefixes[2] = {};
     std::size_t minLength = 0;
 };
 
@@ -37,14 +37,14 @@ enum class LineParser : unsigned char {
 };
 
 struct LanguageRow {
-    Language code;
+    Language code{};
     const char* name = nullptr; // shown to the user; null: no row of g_LanguageTable
     const char* comment = "";   // the text commands' default comment string
     const char* keywords = "";  // built-in list: a blank, then entries each ended by ","
     bool hasRules = true;       // false: nothing of the rule table or the profile applies
-    DefaultRules rules;
+    DefaultRules rules{};
     bool numbers = true;        // false: no word is a number
-    HexNumbers hexNumbers;      // tried before the decimal rule
+    HexNumbers hexNumbers{};    // tried before the decimal rule
     bool escapeAndCase = false; // m_bEscape and m_bCase default to 1
     LineParser parser = LineParser::Plain;
     const char* extensions = ""; // file name extensions, lower case, separated by blanks
