@@ -31,14 +31,15 @@ namespace {
     std::abort();
 }
 
-// One loaded rule set per language code, made on first use.
+// One loaded rule set per language code, loaded on first use.
 CTalvorSyntax& Loaded(unsigned language) {
-    static std::unique_ptr<CTalvorSyntax> loaded[37];
-    if (!loaded[language]) {
-        loaded[language] = std::make_unique<CTalvorSyntax>();
-        talvor::syntax::DocumentColourer(*loaded[language]).LoadLanguage(language);
+    static CTalvorSyntax loaded[37];
+    static bool ready[37];
+    if (!ready[language]) {
+        talvor::syntax::DocumentColourer(loaded[language]).LoadLanguage(language);
+        ready[language] = true;
     }
-    return *loaded[language];
+    return loaded[language];
 }
 
 char* Copy(const std::string& text) {
