@@ -6,9 +6,8 @@
 #include "platform/app/profile.h"
 #include "platform/codepage/code_page.h"
 #include "platform/files/file_system.h"
-#include "syntax/line_cookie.h"
+#include "syntax/document_colourer.h"
 #include "syntax/styled_line.h"
-#include "syntax/syntax.h"
 #include "syntax/text_lines.h"
 
 #include <algorithm>
@@ -16,17 +15,13 @@
 #include <cctype>
 #include <cstdio>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace {
 
 constexpr std::size_t InputBytes = 20u << 20;
-
-struct Parser : CTalvorSyntax {
-    using CTalvorSyntax::LoadSynWord;
-    using CTalvorSyntax::ParseLine;
-};
 
 struct Corpus {
     UINT language = 0;
@@ -97,37 +92,15 @@ Corpus LoadCorpus(UINT language, const std::string& folder,
     return corpus;
 }
 
-// Colours every line as a paint does, with a run list; returns the cookie after the last line.
-unsigned long ColourAll(Parser& parser, std::vector<CString>& lines, std::vector<COLORINFO>& runs,
-                        std::size_t limit, std::string* styled) {
-    unsigned long cookie = 0;
-    const UINT language = parser.GetLanguage();
-    for (std::size_t i = 0; i < limit; ++i) {
-        CString& line = lines[i];
-        const std::size_t room = 2 * static_cast<std::size_t>(line.GetLength()) + 1;
-        if (runs.size() < room)
-            runs.resize(room);
-        int count = 0;
-        const unsigned long end = parser.ParseLine(cookie, line, runs.data(), count);
+// Colours the lines as a paint does, with run lists; returns the cookie after the last line.
+unsigned long ColourAll(talvor::syntax::DocumentColourer& colourer, std::span<CString> lines,
+                        std::string* styled) {
+    return colourer.ColourLines(lines, [styled](const talvor::syntax::ColouredLine& line) {
         if (styled != nullptr)
-            talvor::syntax::AppendStyledLine(*styled, line.View(), runs.data(), count, end,
-                                             talvor::syntax::StyledForm::Lengths);
-        benchmark::DoNotOptimize(runs.data());
-        cookie = talvor::syntax::CookieForNextLine(language, end, true);
-    }
-    return cookie;
-}
-
-// Works out the cookies only, as the editor's cache does for lines it does not paint.
-unsigned long CookiesOnly(Parser& parser, std::vector<CString>& lines) {
-    unsigned long cookie = 0;
-    const UINT language = parser.GetLanguage();
-    for (CString& line : lines) {
-        int none = 0;
-        cookie = talvor::syntax::CookieForNextLine(
-            language, parser.ParseLine(cookie, line, nullptr, none), true);
-    }
-    return cookie;
+            talvor::syntax::AppendStyledLine(*styled, line.text, line.runs, line.count,
+                                             line.cookieAtEnd, talvor::syntax::StyledForm::Lengths);
+        benchmark::DoNotOptimize(line.runs);
+    });
 }
 
 Corpus& Basic() {
@@ -146,7 +119,7 @@ Corpus& Cpp() {
 
 // Loads the language and checks the colouring of one pass against the golden files, so that a
 // fast wrong parser cannot win. Returns false (and skips the benchmark) when it differs.
-bool Prepare(benchmark::State& state, Corpus& corpus, Parser& parser) {
+bool Prepare(benchmark::State& state, Corpus& corpus, talvor::syntax::DocumentColourer& colourer) {
     if (!corpus.error.empty()) {
         state.SkipWithError(corpus.error.c_str());
         return false;
@@ -154,11 +127,9 @@ bool Prepare(benchmark::State& state, Corpus& corpus, Parser& parser) {
     // Built-in rules and keywords only: a profile on this machine must not change the answer.
     AfxGetApp()->SetProfileStore(std::make_shared<talvor::platform::MemoryProfile>());
     talvor::platform::SetSystemCodePage(talvor::platform::CodePageWestern);
-    parser.SetLanguage(corpus.language);
-    parser.LoadSynWord();
-    std::vector<COLORINFO> runs;
+    colourer.LoadLanguage(corpus.language);
     std::string styled;
-    ColourAll(parser, corpus.lines, runs, corpus.firstCopyLines, &styled);
+    ColourAll(colourer, std::span(corpus.lines).first(corpus.firstCopyLines), &styled);
     if (styled != corpus.expected) {
         state.SkipWithError("colouring differs from the golden files");
         return false;
@@ -167,28 +138,26 @@ bool Prepare(benchmark::State& state, Corpus& corpus, Parser& parser) {
 }
 
 void RunPaint(benchmark::State& state, Corpus& corpus) {
-    Parser parser;
-    if (!Prepare(state, corpus, parser))
+    CTalvorSyntax syntax;
+    talvor::syntax::DocumentColourer colourer(syntax);
+    if (!Prepare(state, corpus, colourer))
         return;
-    std::vector<COLORINFO> runs;
     for (auto _ : state)
-        benchmark::DoNotOptimize(
-            ColourAll(parser, corpus.lines, runs, corpus.lines.size(), nullptr));
+        benchmark::DoNotOptimize(ColourAll(colourer, corpus.lines, nullptr));
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * corpus.bytes));
     state.counters["lines"] = static_cast<double>(corpus.lines.size());
 }
 
 void RunCookies(benchmark::State& state, Corpus& corpus) {
-    Parser parser;
-    if (!Prepare(state, corpus, parser))
+    CTalvorSyntax syntax;
+    talvor::syntax::DocumentColourer colourer(syntax);
+    if (!Prepare(state, corpus, colourer))
         return;
-    std::vector<COLORINFO> runs;
-    const unsigned long painted =
-        ColourAll(parser, corpus.lines, runs, corpus.lines.size(), nullptr);
-    if (CookiesOnly(parser, corpus.lines) != painted)
+    const unsigned long painted = ColourAll(colourer, corpus.lines, nullptr);
+    if (colourer.CookieAfterLines(corpus.lines) != painted)
         return state.SkipWithError("cookies without run lists differ from painted ones");
     for (auto _ : state)
-        benchmark::DoNotOptimize(CookiesOnly(parser, corpus.lines));
+        benchmark::DoNotOptimize(colourer.CookieAfterLines(corpus.lines));
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * corpus.bytes));
 }
 

@@ -11,8 +11,9 @@
 // closer, literal opener and closer. The rest is the line.
 #include "platform/app/profile.h"
 #include "platform/codepage/code_page.h"
-#include "syntax/syntax.h"
-#include "tests/syntax/reference_line_parser.h"
+#include "syntax/document_colourer.h"
+#include "syntax/languages.h"
+#include "tests/reference/reference_line_parser.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -24,27 +25,21 @@
 
 namespace {
 
-struct Parser final : CTalvorSyntax {
-    using CTalvorSyntax::DeleteAllocString;
-    using CTalvorSyntax::LoadSynWord;
-    using CTalvorSyntax::ParseLine;
-};
-
 [[noreturn]] void Fail(const char* what, unsigned language, const std::string& line) {
     std::fprintf(stderr, "line_parser_fuzz: %s (language %u, %zu bytes)\n", what, language,
                  line.size());
     std::abort();
 }
 
-// One loaded parser per language code, made on first use.
-Parser& Loaded(unsigned language) {
-    static std::unique_ptr<Parser> parsers[37];
-    if (!parsers[language]) {
-        parsers[language] = std::make_unique<Parser>();
-        parsers[language]->SetLanguage(language);
-        parsers[language]->LoadSynWord();
+// One loaded rule set per language code, loaded on first use.
+CTalvorSyntax& Loaded(unsigned language) {
+    static CTalvorSyntax loaded[37];
+    static bool ready[37];
+    if (!ready[language]) {
+        talvor::syntax::DocumentColourer(loaded[language]).LoadLanguage(language);
+        ready[language] = true;
     }
-    return *parsers[language];
+    return loaded[language];
 }
 
 char* Copy(const std::string& text) {
@@ -56,7 +51,7 @@ char* Copy(const std::string& text) {
 }
 
 // Replaces the rule set with the fields of the block; a field's count is its slot plus 1.
-void UseRules(Parser& parser, const std::string& block) {
+void UseRules(CTalvorSyntax& parser, const std::string& block) {
     std::vector<std::string> fields(11);
     std::size_t field = 0;
     for (char c : block) {
@@ -67,7 +62,6 @@ void UseRules(Parser& parser, const std::string& block) {
         }
         fields[field] += c;
     }
-    parser.DeleteAllocString();
     parser.m_strInString = CString(fields[0]);
     parser.m_nInStringCount = parser.m_strInString.GetLength();
     char** slots[] = {&parser.m_pszLineComment[0],    &parser.m_pszLineComment[1],
@@ -85,6 +79,7 @@ void UseRules(Parser& parser, const std::string& block) {
         *counts[i] = 0;
     }
     for (int i = 0; i < 10; ++i) {
+        delete[] * slots[i];
         *slots[i] = Copy(fields[static_cast<std::size_t>(i) + 1]);
         if (*slots[i] != nullptr)
             *counts[i] = slotIndex[i] + 1;
@@ -113,8 +108,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     talvor::platform::SetSystemCodePage(codePages[options & 3]);
     std::size_t at = 6;
 
-    Parser custom;
-    Parser* parser = &Loaded(language);
+    CTalvorSyntax custom;
+    CTalvorSyntax* parser = &Loaded(language);
     if (options & 4) {
         if (at >= size)
             return 0;
@@ -129,13 +124,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         at += blockSize;
     }
     const std::string line(reinterpret_cast<const char*>(data + at), size - at);
-    const bool html = language == 14 || language == 34;
+    const bool html = talvor::syntax::UsesTagParser(language);
 
     CString text(line);
+    talvor::syntax::DocumentColourer colourer(*parser);
     const std::size_t bound = html ? 2 * line.size() + 1 : line.size() + 1;
-    std::vector<COLORINFO> runs(bound); // exactly the promised room: ASan sees one more
-    int count = 0;
-    const unsigned long out = parser->ParseLine(cookie, text, runs.data(), count);
+    if (colourer.RunRoom(line.size()) != bound)
+        Fail("run room is not the promised bound", language, line);
+    const talvor::syntax::LineColours colours = colourer.ColourLine(cookie, text);
+    const COLORINFO* runs = colours.runs;
+    const int count = colours.count;
+    const unsigned long out = colours.cookie;
     if (count < 0 || static_cast<std::size_t>(count) > bound)
         Fail("more runs than the bound", language, line);
     for (int i = 0; i < count; ++i) {
@@ -151,10 +150,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     // Without a run list only the cookie is worked out; it must be the same. (The HTML parser
     // without comment rules returns the start cookie then, as documented.)
-    int none = 0;
-    const unsigned long alone = parser->ParseLine(cookie, text, nullptr, none);
+    const unsigned long alone = colourer.CookieAtEnd(cookie, text);
     const bool htmlWithoutComments = html && parser->m_nBeginCommentExCount == 0;
-    if (none != 0 || alone != (htmlWithoutComments ? cookie : out))
+    if (alone != (htmlWithoutComments ? cookie : out))
         Fail("cookie differs without a run list", language, line);
 
     if (!html) {

@@ -2,8 +2,11 @@
 // normal, and the body of a script element is one block in the string colour.
 #include "syntax/syntax.h"
 
-#include "syntax/detail/rule_match.h"
-#include "syntax/detail/word_tests.h"
+#include "syntax/detail/language_rows.h"
+#include "syntax/detail/number_rules.h"
+#include "syntax/detail/prepared_rules.h"
+#include "syntax/detail/run_list.h"
+#include "syntax/keyword_cache.h"
 
 #include "platform/core/ascii.h"
 
@@ -43,7 +46,9 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
         return dwCookie;
 
     const PreparedRules rules(*this);
-    m_keywordCache.Update(m_arrKeyWords, m_bCase != 0);
+    talvor::syntax::KeywordCache& keywords = talvor::syntax::KeywordCacheIn(m_keywordCache);
+    const LanguageRow* language = FindLanguageRow(m_nLanguage);
+    keywords.Update(m_arrKeyWords, m_bCase != 0);
     RunList runs(pBuf, nActualItems);
     const char* line = strLine.GetString();
     const auto* bytes = reinterpret_cast<const unsigned char*>(line);
@@ -144,7 +149,7 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
                 // Inside a tag a word is a name or a value; the keyword list is not asked.
                 const std::string_view word(line + wordStart,
                                             static_cast<std::size_t>(i - wordStart));
-                if (IsNumberIn(m_nLanguage, word)) {
+                if (IsNumberIn(language, word)) {
                     runs.Add(wordStart, COLOR_NUMBER);
                 } else {
                     if (IsScriptWord(word)) {
@@ -183,7 +188,7 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
         return cookie;
     const int end = i < length ? i : length;
     const std::string_view word(line + wordStart, static_cast<std::size_t>(end - wordStart));
-    if (m_keywordCache.Lookup(m_arrKeyWords, word)) {
+    if (keywords.Lookup(m_arrKeyWords, word)) {
         runs.Add(before(wordStart - 1, '/') ? wordStart - 1 : wordStart, COLOR_KEYWORD);
         if (IsScriptWord(word)) {
             if (before(wordStart - 1, '<')) {
@@ -193,7 +198,7 @@ unsigned long CTalvorSyntax::ParseLineForHtml(unsigned long dwCookie, CString& s
                 runs.Add(wordStart - 2, COLOR_NORMAL);
             }
         }
-    } else if (IsNumberIn(m_nLanguage, word)) {
+    } else if (IsNumberIn(language, word)) {
         runs.Add(wordStart, COLOR_NUMBER);
     }
     return cookie;

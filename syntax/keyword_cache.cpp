@@ -2,7 +2,7 @@
 #include "syntax/keyword_cache.h"
 
 #include "platform/codepage/code_page.h"
-#include "syntax/detail/word_tests.h"
+#include "syntax/detail/keyword_search.h"
 
 namespace talvor::syntax {
 namespace {

@@ -7,8 +7,10 @@
 
 #include "platform/core/ascii.h"
 #include "platform/strings/arrays.h"
+#include "syntax/syntax.h"
 
 #include <cstdint>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -99,5 +101,13 @@ private:
     int m_shift = 32;
     std::string m_arena;
 };
+
+static_assert(sizeof(KeywordCache) <= KeywordCacheBytes && alignof(KeywordCache) <= 16,
+              "CTalvorSyntax keeps the keyword cache in place");
+
+// The cache that an object keeps in its storage (the constructor built it there).
+inline KeywordCache& KeywordCacheIn(unsigned char* storage) {
+    return *std::launder(reinterpret_cast<KeywordCache*>(storage));
+}
 
 } // namespace talvor::syntax

@@ -5,7 +5,7 @@
 #include "platform/app/profile_sections.h"
 #include "platform/codepage/code_page.h"
 #include "syntax/detail/language_rows.h"
-#include "syntax/detail/word_tests.h"
+#include "syntax/keyword_cache.h"
 
 #include <algorithm>
 
@@ -20,7 +20,7 @@ void CTalvorSyntax::LoadSynWord() {
     m_arrKeyWords.RemoveAll();
 
     CString text;
-    if (const LANGUAGE_INFO* row = talvor::syntax::detail::FindLanguageRow(m_nLanguage))
+    if (const LANGUAGE_INFO* row = talvor::syntax::detail::FindNamedRow(m_nLanguage))
         text = AfxGetApp()->GetProfileString(KeywordSection, row->m_pszName, row->m_pszKeyWords);
     if (!m_bCase)
         text.MakeLower();
@@ -49,8 +49,4 @@ void CTalvorSyntax::SortSynWordArray() {
         if (j < i)
             std::rotate(first + j, first + i, first + i + 1);
     }
-}
-
-int CTalvorSyntax::IsSynWord(CString& strWord) {
-    return m_keywordCache.Contains(m_arrKeyWords, m_bCase != 0, strWord.View()) ? 1 : 0;
 }

@@ -1,23 +1,10 @@
-// Language codes and their names: the row lookups of the language table.
-#include "syntax/detail/language_rows.h"
+// Language codes and their names, as the host asks for them: lookups in g_LanguageTable.
+#include "syntax/syntax.h"
 
 #include "platform/codepage/code_page.h"
+#include "syntax/detail/language_rows.h"
 
-#include <iterator>
-
-namespace talvor::syntax::detail {
-
-const LANGUAGE_INFO* FindLanguageRow(UINT code) {
-    for (const LANGUAGE_INFO& row : g_LanguageTable) {
-        if (row.m_nLanguage == code)
-            return &row;
-    }
-    return nullptr;
-}
-
-} // namespace talvor::syntax::detail
-
-using talvor::syntax::detail::FindLanguageRow;
+using talvor::syntax::detail::FindNamedRow;
 using talvor::syntax::detail::PlainTextName;
 
 int CTalvorSyntax::GetLanguageByStringShow(CString strName) {
@@ -25,7 +12,7 @@ int CTalvorSyntax::GetLanguageByStringShow(CString strName) {
         if (talvor::platform::CompareExact(strName.View(), row.m_pszName) == 0)
             return static_cast<int>(row.m_nLanguage);
     }
-    return 35;
+    return static_cast<int>(talvor::syntax::PlainTextCode);
 }
 
 CString CTalvorSyntax::GetStringShowByLanguage() {
@@ -33,6 +20,6 @@ CString CTalvorSyntax::GetStringShowByLanguage() {
 }
 
 CString CTalvorSyntax::GetLanguageName(unsigned int nLanguage) {
-    const LANGUAGE_INFO* row = FindLanguageRow(nLanguage);
+    const LANGUAGE_INFO* row = FindNamedRow(nLanguage);
     return CString(row != nullptr ? row->m_pszName : PlainTextName);
 }

@@ -2,8 +2,11 @@
 // array, giving colour runs and the cookie at the line's end. It never looks at other lines.
 #include "syntax/syntax.h"
 
-#include "syntax/detail/rule_match.h"
-#include "syntax/detail/word_tests.h"
+#include "syntax/detail/language_rows.h"
+#include "syntax/detail/number_rules.h"
+#include "syntax/detail/prepared_rules.h"
+#include "syntax/detail/run_list.h"
+#include "syntax/keyword_cache.h"
 
 #include <string_view>
 
@@ -24,14 +27,16 @@ int ColourOfState(unsigned long cookie) {
 
 unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine, COLORINFO* pBuf,
                                        int& nActualItems) {
-    if (m_nLanguage == 14 || m_nLanguage == 34)
+    const LanguageRow* language = FindLanguageRow(m_nLanguage);
+    if (language != nullptr && language->parser == LineParser::Tags)
         return ParseLineForHtml(dwCookie, strLine, pBuf, nActualItems);
     const int length = strLine.GetLength();
     if (length == 0)
         return dwCookie;
 
     const PreparedRules rules(*this);
-    m_keywordCache.Update(m_arrKeyWords, m_bCase != 0);
+    talvor::syntax::KeywordCache& keywords = talvor::syntax::KeywordCacheIn(m_keywordCache);
+    keywords.Update(m_arrKeyWords, m_bCase != 0);
     RunList runs(pBuf, nActualItems);
     const char* line = strLine.GetString();
     const auto* bytes = reinterpret_cast<const unsigned char*>(line);
@@ -47,9 +52,9 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
 
     auto closeWord = [&](int end) {
         const std::string_view word(line + wordStart, static_cast<std::size_t>(end - wordStart));
-        if (m_keywordCache.Lookup(m_arrKeyWords, word))
+        if (keywords.Lookup(m_arrKeyWords, word))
             runs.Add(wordStart, COLOR_KEYWORD);
-        else if (IsNumberIn(m_nLanguage, word))
+        else if (IsNumberIn(language, word))
             runs.Add(wordStart, COLOR_NUMBER);
     };
 

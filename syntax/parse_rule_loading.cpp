@@ -47,7 +47,7 @@ void CTalvorSyntax::LoadParseRule() {
         talvor::syntax::detail::FindDefaultRules(m_nLanguage);
     if (defaults == nullptr)
         return; // plain text and unknown codes: no rules, and the profile is not asked
-    if (m_nLanguage == 8 || m_nLanguage == 9) {
+    if (talvor::syntax::detail::FindLanguageRow(m_nLanguage)->escapeAndCase) {
         m_bEscape = 1;
         m_bCase = 1;
     }
@@ -101,7 +101,7 @@ void CTalvorSyntax::LoadParseRule() {
 }
 
 CString CTalvorSyntax::GetLineCommentString() {
-    const LANGUAGE_INFO* row = talvor::syntax::detail::FindLanguageRow(m_nLanguage);
+    const LANGUAGE_INFO* row = talvor::syntax::detail::FindNamedRow(m_nLanguage);
     const char* tableComment = row != nullptr ? row->m_pszComment : "";
     CString section = CString(RuleSectionShort) + GetLanguageName(m_nLanguage);
     CWinApp* app = AfxGetApp();

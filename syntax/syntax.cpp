@@ -2,6 +2,9 @@
 // the ten rule strings.
 #include "syntax/syntax.h"
 
+#include "syntax/keyword_cache.h"
+#include "syntax/languages.h"
+
 #include <cstring>
 
 namespace {
@@ -23,21 +26,24 @@ void Release(char*& slot) {
 } // namespace
 
 CTalvorSyntax::CTalvorSyntax()
-    : m_nLanguage(3), m_clrBkColor(0xFFFFFF), m_clrCommentColor(0x008000),
-      m_clrSyntaxColor(0xFF0000), m_clrNormalColor(0x000000), m_clrStringColor(0x000080),
-      m_clrCharColor(0x000080), m_clrNumberColor(0x0000FF), m_clrUnderLine(0xC8C8C8),
-      m_clrBkCurLine(0xC8C8C8), m_clrLineEnd(0xC80000), m_clrLinNumberBkColor(0xFFFFFF),
-      m_clrLinNumberNormal(0xC0C0C0), m_clrCurLinNumber(0x800000), m_clrLinNumberSep(0xC0C0C0),
-      m_clrCross(0x800000), m_clrBKSelText(0x800000),
+    : m_nLanguage(talvor::syntax::CodeOf(talvor::syntax::Language::Basic)), m_clrBkColor(0xFFFFFF),
+      m_clrCommentColor(0x008000), m_clrSyntaxColor(0xFF0000), m_clrNormalColor(0x000000),
+      m_clrStringColor(0x000080), m_clrCharColor(0x000080), m_clrNumberColor(0x0000FF),
+      m_clrUnderLine(0xC8C8C8), m_clrBkCurLine(0xC8C8C8), m_clrLineEnd(0xC80000),
+      m_clrLinNumberBkColor(0xFFFFFF), m_clrLinNumberNormal(0xC0C0C0), m_clrCurLinNumber(0x800000),
+      m_clrLinNumberSep(0xC0C0C0), m_clrCross(0x800000), m_clrBKSelText(0x800000),
       m_clrTab(0x808080), m_pszBeginCommentEx{nullptr, nullptr},
       m_pszEndCommentEx{nullptr, nullptr}, m_pszLineComment{nullptr, nullptr},
       m_pszBeginString(nullptr), m_pszEndString(nullptr), m_pszBeginChar(nullptr),
       m_pszEndChar(nullptr), m_bEscape(0), m_bCase(0), m_nInStringCount(0),
       m_nBeginCommentExCount(0), m_nEndCommentExCount(0), m_nLineCommentCount(0),
-      m_nBeginStringCount(0), m_nEndStringCount(0), m_nBeginCharCount(0), m_nEndCharCount(0) {}
+      m_nBeginStringCount(0), m_nEndStringCount(0), m_nBeginCharCount(0), m_nEndCharCount(0) {
+    new (m_keywordCache) talvor::syntax::KeywordCache();
+}
 
 CTalvorSyntax::~CTalvorSyntax() {
     DeleteAllocString();
+    talvor::syntax::KeywordCacheIn(m_keywordCache).~KeywordCache();
 }
 
 CTalvorSyntax::CTalvorSyntax(const CTalvorSyntax& other)
@@ -61,6 +67,7 @@ CTalvorSyntax::CTalvorSyntax(const CTalvorSyntax& other)
       m_nBeginStringCount(other.m_nBeginStringCount), m_nEndStringCount(other.m_nEndStringCount),
       m_nBeginCharCount(other.m_nBeginCharCount), m_nEndCharCount(other.m_nEndCharCount),
       m_arrKeyWords(other.m_arrKeyWords) {
+    new (m_keywordCache) talvor::syntax::KeywordCache();
     CopyRulesFrom(other);
 }
 
@@ -98,6 +105,8 @@ CTalvorSyntax& CTalvorSyntax::operator=(const CTalvorSyntax& other) {
     m_nBeginCharCount = other.m_nBeginCharCount;
     m_nEndCharCount = other.m_nEndCharCount;
     m_arrKeyWords.Copy(other.m_arrKeyWords);
+    // It answered for the old array.
+    talvor::syntax::KeywordCacheIn(m_keywordCache) = talvor::syntax::KeywordCache();
     CopyRulesFrom(other);
     return *this;
 }

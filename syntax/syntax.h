@@ -5,9 +5,16 @@
 #include "platform/core/win_types.h"
 #include "platform/strings/arrays.h"
 #include "platform/strings/cstring.h"
-#include "syntax/keyword_cache.h"
+
+#include <cstddef>
 
 class CArchive;
+
+namespace talvor::syntax {
+class DocumentColourer;
+// Room for the keyword search's hash table inside each object (checked where it is defined).
+inline constexpr std::size_t KeywordCacheBytes = 128;
+} // namespace talvor::syntax
 
 // One colour run: it starts at a byte offset of the line and reaches to the start of the next
 // run (the last one to the end of the line). Runs may share a start; the last of them counts.
@@ -145,7 +152,13 @@ protected:
                                    int& nActualItems);
 
 private:
+    // Colours whole documents with ParseLine and loads languages with LoadSynWord.
+    friend class talvor::syntax::DocumentColourer;
+
     void CopyRulesFrom(const CTalvorSyntax& other);
 
-    talvor::syntax::KeywordCache m_keywordCache; // hashed answers of the keyword search
+    // Hashed answers of the keyword search, built in place: its type stays out of this header,
+    // yet the parsers reach it without a pointer to follow. Each object has its own; copies
+    // start empty. See syntax/keyword_cache.h.
+    alignas(16) unsigned char m_keywordCache[talvor::syntax::KeywordCacheBytes];
 };

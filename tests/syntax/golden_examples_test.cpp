@@ -9,6 +9,7 @@
 
 #include "platform/codepage/code_page.h"
 #include "platform/files/file_system.h"
+#include "syntax/cookie_cache.h"
 #include "syntax/text_lines.h"
 #include "tests/support/corpus.h"
 #include "tests/support/test_environment.h"
@@ -20,8 +21,6 @@
 
 namespace talvor::testing {
 namespace {
-
-constexpr unsigned long UnknownCookie = 0xFFFFFFFF;
 
 std::string ExamplesDir() {
     return std::string(TALVOR_SOURCE_DIR) + "/tests/syntax/examples";
@@ -89,42 +88,6 @@ std::vector<std::string> StyledLines(const std::string& styled) {
     return lines;
 }
 
-// The editor's way to a line's start cookie: the nearest known cookie above it, and the lines
-// from there parsed without a run list.
-class CookieCache {
-public:
-    CookieCache(ParserUnderTest& parser, const std::vector<std::string_view>& lines,
-                std::vector<unsigned long> cookies)
-        : m_parser(parser), m_lines(lines), m_cookies(std::move(cookies)) {}
-
-    void Forget(std::size_t line) { m_cookies[line] = UnknownCookie; }
-    void Store(std::size_t line, unsigned long cookie) { m_cookies[line] = cookie; }
-    const std::vector<unsigned long>& Cookies() const { return m_cookies; }
-
-    unsigned long StartOf(std::size_t line) {
-        if (line == 0)
-            return 0;
-        return syntax::CookieForNextLine(m_parser.GetLanguage(), EndOf(line - 1), true);
-    }
-
-private:
-    unsigned long EndOf(std::size_t line) {
-        std::size_t first = line + 1;
-        while (first > 0 && m_cookies[first - 1] == UnknownCookie)
-            --first;
-        for (std::size_t k = first; k <= line; ++k) {
-            CString text(m_lines[k]);
-            int none = 0;
-            m_cookies[k] = m_parser.ParseLine(StartOf(k), text, nullptr, none);
-        }
-        return m_cookies[line];
-    }
-
-    ParserUnderTest& m_parser;
-    const std::vector<std::string_view>& m_lines;
-    std::vector<unsigned long> m_cookies;
-};
-
 // The scripts of the VBScript corpus: its ".vbs" files, whatever the case of the extension.
 std::vector<std::string> VbscriptFiles() {
     std::vector<std::string> scripts;
@@ -158,7 +121,7 @@ std::vector<Example> AllExamples() {
             examples.push_back({language, path, dir + "/" + name + ".styled"});
         }
         // The real VBScript corpus is Basic too; its golden files sit in a folder of their own.
-        if (language == 3) {
+        if (language == syntax::CodeOf(syntax::Language::Basic)) {
             for (const std::string& path : VbscriptFiles()) {
                 const std::string name = path.substr(path.rfind('/') + 1);
                 // Scripts of a Windows host: 1252, whatever bytes they hold.
@@ -227,8 +190,16 @@ TEST(GoldenExamples, ColouringMatchesTheReviewedFiles) {
             ends.push_back(std::stoul(styledLine.substr(0, styledLine.find(' ')), nullptr, 16));
         std::mt19937 random(static_cast<unsigned>(text.size()));
         const std::vector<std::string> expectedLines = StyledLines(expected);
+        syntax::DocumentColourer colourer(parser);
+        auto lineAt = [&lines](std::size_t k, CString& text) {
+            text = CString(lines[k]);
+            return true;
+        };
         for (int round = 0; round < 3 && !lines.empty(); ++round) {
-            CookieCache cache(parser, lines, ends);
+            syntax::CookieCache cache;
+            cache.Create(lines.size());
+            for (std::size_t i = 0; i < lines.size(); ++i)
+                cache.Store(i, ends[i]);
             for (std::size_t i = 0; i < lines.size(); ++i) {
                 if (random() % 4 == 0)
                     cache.Forget(i);
@@ -236,21 +207,20 @@ TEST(GoldenExamples, ColouringMatchesTheReviewedFiles) {
             // Paint screens of 40 lines at random places.
             for (int screen = 0; screen < 8; ++screen) {
                 const std::size_t first = random() % lines.size();
-                unsigned long cookie = cache.StartOf(first);
+                unsigned long cookie = cache.StartOf(first, colourer, lineAt);
                 for (std::size_t i = first; i < std::min(lines.size(), first + 40); ++i) {
-                    CString line(lines[i]);
-                    std::vector<COLORINFO> runs(2 * lines[i].size() + 1);
-                    int count = 0;
-                    const unsigned long end = parser.ParseLine(cookie, line, runs.data(), count);
-                    cache.Store(i, end);
-                    EXPECT_EQ(StyleLine(lines[i], runs.data(), count, end, example.form),
+                    const syntax::LineColours colours = colourer.ColourLine(cookie, lines[i]);
+                    cache.Store(i, colours.cookie);
+                    EXPECT_EQ(StyleLine(lines[i], colours.runs, colours.count, colours.cookie,
+                                        example.form),
                               expectedLines[i])
                         << example.styled << ":" << i + 1 << " painted from a cached cookie";
-                    cookie = syntax::CookieForNextLine(example.language, end, true);
+                    cookie = colourer.CookieForNextLine(colours.cookie, true);
                 }
             }
             for (std::size_t i = 0; i < lines.size(); ++i)
-                EXPECT_TRUE(cache.Cookies()[i] == ends[i] || cache.Cookies()[i] == UnknownCookie)
+                EXPECT_TRUE(cache.Entry(i) == ends[i] ||
+                            cache.Entry(i) == syntax::CookieCache::Unknown)
                     << example.styled << ":" << i + 1 << " cached cookie";
         }
 

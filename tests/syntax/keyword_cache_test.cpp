@@ -1,5 +1,5 @@
 // The hashed keyword lookup must answer exactly as the binary search of the array does.
-#include "syntax/detail/word_tests.h"
+#include "syntax/detail/keyword_search.h"
 #include "syntax/keyword_cache.h"
 
 #include "platform/codepage/code_page.h"

@@ -2,6 +2,7 @@
 // comment string of the text commands.
 #include "tests/syntax/parser_harness.h"
 
+#include "syntax/languages.h"
 #include "tests/support/test_environment.h"
 
 #include <gtest/gtest.h>
@@ -121,6 +122,34 @@ TEST(LanguageTable, CommentStringComesFromTableAndShortSection) {
     app->WriteProfileString("icrEdit__ParseRuleREXX", "LineCommentStr0", "--");
     syntax.SetLanguage(29);
     EXPECT_EQ(syntax.GetLineCommentString(), "--");
+}
+
+TEST(LanguageTable, FileNamesAndNamesFindTheirLanguage) {
+    using syntax::LanguageForFileName;
+    EXPECT_EQ(LanguageForFileName("a/b/script.vbs"), 3u);
+    EXPECT_EQ(LanguageForFileName("MAIN.CPP"), 8u); // case is ignored
+    EXPECT_EQ(LanguageForFileName("page.Html"), 14u);
+    EXPECT_EQ(LanguageForFileName("pom.pom"), 34u);
+    EXPECT_EQ(LanguageForFileName("unit.pas"), 21u);
+    EXPECT_EQ(LanguageForFileName("notes.txt"), 35u);
+    EXPECT_EQ(LanguageForFileName("Makefile"), 35u);
+    EXPECT_EQ(LanguageForFileName(".cpp"), 35u); // a hidden file, not an extension
+    EXPECT_EQ(LanguageForFileName("dir.cpp/file"), 35u);
+    EXPECT_EQ(LanguageForFileName("file.cp"), 35u); // no prefix of an extension
+    EXPECT_EQ(LanguageForFileName("file."), 35u);
+
+    EXPECT_EQ(syntax::LanguageByName("Object Pascal"), 21);
+    EXPECT_EQ(syntax::LanguageByName("Plain text"), 35);
+    EXPECT_EQ(syntax::LanguageByName("object pascal"), -1);
+    EXPECT_EQ(syntax::LanguageByName(""), -1);
+    // Every named language is found by its own name.
+    for (const LANGUAGE_INFO& row : g_LanguageTable)
+        EXPECT_EQ(syntax::LanguageByName(row.m_pszName), static_cast<int>(row.m_nLanguage));
+}
+
+TEST(LanguageTable, TagParserLanguages) {
+    for (UINT code = 0; code <= 40; ++code)
+        EXPECT_EQ(syntax::UsesTagParser(code), code == 14 || code == 34) << code;
 }
 
 } // namespace

@@ -1,9 +1,11 @@
-// What the syntax tests share: a class that reaches the protected parsers, readable run lists,
-// and whole-file colouring with cookies carried as the editor carries them.
+// What the syntax tests share: a class that reaches the protected operations under test,
+// readable run lists, and whole-file colouring through the document colourer.
 #pragma once
 
 #include "platform/app/profile.h"
 #include "platform/app/profile_sections.h"
+#include "syntax/document_colourer.h"
+#include "syntax/languages.h"
 #include "syntax/line_cookie.h"
 #include "syntax/styled_line.h"
 #include "syntax/syntax.h"
@@ -68,7 +70,7 @@ inline std::string FormatRuns(const COLORINFO* runs, int count) {
 inline ParsedLine Parse(ParserUnderTest& parser, unsigned long cookie, const std::string& line) {
     CString text(line);
     const UINT language = parser.GetLanguage();
-    const bool html = language == 14 || language == 34;
+    const bool html = syntax::UsesTagParser(language);
     const std::size_t room = html ? 2 * line.size() + 1 : line.size() + 1;
     std::vector<COLORINFO> runs(room);
     int count = 0;
@@ -96,16 +98,10 @@ inline std::string StyleLine(std::string_view line, const COLORINFO* runs, int c
 inline std::string StyleText(ParserUnderTest& parser, const std::vector<std::string_view>& lines,
                              syntax::StyledForm form = syntax::StyledForm::Text) {
     std::string out;
-    unsigned long cookie = 0;
-    std::vector<COLORINFO> runs;
-    for (std::string_view line : lines) {
-        CString text(line);
-        runs.resize(2 * line.size() + 1);
-        int count = 0;
-        unsigned long end = parser.ParseLine(cookie, text, runs.data(), count);
-        out += StyleLine(line, runs.data(), count, end, form);
-        cookie = syntax::CookieForNextLine(parser.GetLanguage(), end, true);
-    }
+    std::vector<CString> texts(lines.begin(), lines.end());
+    syntax::DocumentColourer(parser).ColourLines(texts, [&](const syntax::ColouredLine& line) {
+        syntax::AppendStyledLine(out, line.text, line.runs, line.count, line.cookieAtEnd, form);
+    });
     return out;
 }
 

@@ -131,6 +131,54 @@ TEST(ColorCommand, HtmlIsACompletePageThatKeepsTheText) {
     EXPECT_EQ(TextOfPage(run.out), ReadFile(source));
 }
 
+TEST(ColorCommand, HtmlIsUtf8WhateverTheCodePage) {
+    // "caf\xE9" is 1252, "\xD6\xD0\xCE\xC4" is the GBK form of two Chinese characters.
+    const std::string western = WriteTemp("colour_1252.bas", "' caf\xE9 & \x80\nx = \"\xE9\"\n");
+    const std::string chinese = WriteTemp("colour_936.bas", "' \xD6\xD0\xCE\xC4\n");
+    const std::string utf8 = WriteTemp("colour_utf8.bas", "' caf\xC3\xA9 \xE2\x82\xAC\n");
+    const struct {
+        std::string arguments;
+        std::string text; // of the page, in UTF-8
+    } cases[] = {
+        {"--code-page 1252 color --html " + western,
+         "' caf\xC3\xA9 & \xE2\x82\xAC\nx = \"\xC3\xA9\"\n"},
+        // Under UTF-8 the 8-bit bytes form no character: each becomes U+FFFD.
+        {"--code-page 65001 color --html " + western,
+         "' caf\xEF\xBF\xBD & \xEF\xBF\xBD\nx = \"\xEF\xBF\xBD\"\n"},
+        {"--code-page 936 color --html " + chinese, "' \xE4\xB8\xAD\xE6\x96\x87\n"},
+        {"--code-page 65001 color --html " + utf8, "' caf\xC3\xA9 \xE2\x82\xAC\n"},
+        {"--code-page 1252 color --html " + utf8,
+         "' caf\xC3\x83\xC2\xA9 \xC3\xA2\xE2\x80\x9A\xC2\xAC\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments);
+        const ToolRun run = Talvor(c.arguments);
+        ASSERT_EQ(run.exitCode, 0) << run.err;
+        EXPECT_NE(run.out.find("<meta charset=\"utf-8\">"), std::string::npos);
+        EXPECT_EQ(TextOfPage(run.out), c.text);
+    }
+    // The coloured runs survive the conversion: the string keeps its span.
+    EXPECT_NE(Talvor("--code-page 1252 color --html " + western)
+                  .out.find("<span class=\"s\">\"\xC3\xA9\"</span>"),
+              std::string::npos);
+}
+
+TEST(ColorCommand, AnsiLeavesNormalTextToTheTerminalAndHonoursNoColor) {
+    const std::string basic = WriteTemp("colour_ansi.bas", "Dim x ' note\n");
+    const std::string config = "XDG_CONFIG_HOME=" + ::testing::TempDir() + "no-such-config";
+    const std::string coloured = Talvor("color --ansi " + basic).out;
+    EXPECT_EQ(coloured,
+              "\x1b[38;2;0;0;255mDim\x1b[39m x\x1b[39m \x1b[38;2;0;128;0m' note\x1b[0m\n");
+    EXPECT_EQ(coloured.find("38;2;0;0;0m"), std::string::npos) << "no black foreground";
+    EXPECT_EQ(talvor::testing::RunTalvor("color --ansi " + basic, config + " NO_COLOR=1").out,
+              "Dim x ' note\n");
+    // An empty NO_COLOR is no request; marks and pages have no terminal colours to turn off.
+    EXPECT_EQ(talvor::testing::RunTalvor("color --ansi " + basic, config + " NO_COLOR=").out,
+              coloured);
+    EXPECT_EQ(talvor::testing::RunTalvor("color --marks " + basic, config + " NO_COLOR=1").out,
+              Talvor("color --marks " + basic).out);
+}
+
 TEST(ColorCommand, LanguageByNameCodeOrExtension) {
     const std::string text = "' note\nDim x\n";
     const std::string unknown = WriteTemp("colour_input.txt", text);

@@ -3,6 +3,7 @@
 #include "tools/talvor/color_output.h"
 
 #include "platform/codepage/code_page.h"
+#include "syntax/styled_line.h"
 
 #include <array>
 #include <cstdint>
@@ -130,56 +131,106 @@ char* Put(char* p, std::string_view text) {
     return p + text.size();
 }
 
-const char* CharsetOfSystemCodePage() {
-    switch (platform::SystemCodePage()) {
-    case platform::CodePageUtf8:
-        return "utf-8";
-    case platform::CodePageSimplifiedChinese:
-        return "gbk";
-    case 932:
-        return "shift_jis";
-    case 949:
-        return "euc-kr";
-    case 950:
-        return "big5";
-    default:
-        return "windows-1252";
+// True when text can go into a UTF-8 page as it stands: ASCII, or valid UTF-8 while the system
+// code page is UTF-8.
+bool IsUtf8AsItStands(std::string_view text) {
+    constexpr std::uint64_t highs = 0x8080808080808080ull;
+    std::size_t i = 0;
+    for (; i + 8 <= text.size(); i += 8) {
+        std::uint64_t block;
+        std::memcpy(&block, text.data() + i, 8);
+        if (block & highs)
+            break;
+    }
+    for (; i < text.size() && static_cast<unsigned char>(text[i]) < 0x80; ++i) {
+    }
+    if (i == text.size())
+        return true;
+    if (platform::SystemCodePage() != platform::CodePageUtf8)
+        return false;
+    for (; i < text.size(); i += platform::CharLengthAt(text, i)) {
+        if (static_cast<unsigned char>(text[i]) >= 0x80 && platform::CharLengthAt(text, i) == 1)
+            return false; // a byte that starts no valid sequence
+    }
+    return true;
+}
+
+void AppendCodePoint(std::string& out, char32_t c) {
+    if (c < 0x80) {
+        out += static_cast<char>(c);
+    } else if (c < 0x800) {
+        out += static_cast<char>(0xC0 | (c >> 6));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else if (c < 0x10000) {
+        out += static_cast<char>(0xE0 | (c >> 12));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (c >> 18));
+        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    }
+}
+
+constexpr char32_t Replacement = 0xFFFD;
+
+// Text of the system code page in UTF-8. At most 3 bytes come out per byte that goes in.
+void AppendAsUtf8(std::string& out, std::string_view text) {
+    if (platform::SystemCodePage() == platform::CodePageUtf8) {
+        for (std::size_t i = 0; i < text.size();) {
+            const std::size_t n = platform::CharLengthAt(text, i);
+            if (n == 1 && static_cast<unsigned char>(text[i]) >= 0x80)
+                AppendCodePoint(out, Replacement);
+            else
+                out.append(text.substr(i, n));
+            i += n;
+        }
+        return;
+    }
+    // The wide form keeps a byte that forms no character as a lone surrogate.
+    const std::u16string wide = platform::ToWide(text);
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+        const char16_t unit = wide[i];
+        if (unit >= 0xD800 && unit < 0xDC00 && i + 1 < wide.size() && wide[i + 1] >= 0xDC00 &&
+            wide[i + 1] < 0xE000) {
+            AppendCodePoint(out, 0x10000 + ((unit - 0xD800) << 10) + (wide[i + 1] - 0xDC00));
+            ++i;
+        } else if (unit >= 0xD800 && unit < 0xE000) {
+            AppendCodePoint(out, Replacement);
+        } else {
+            AppendCodePoint(out, unit);
+        }
     }
 }
 
 } // namespace
 
-void AppendMarkedLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,
-                      unsigned long cookieAtEnd) {
-    char head[24];
-    std::snprintf(head, sizeof head, "%02lx ", cookieAtEnd);
-    out.Append(head);
-    std::size_t pos = 0;
-    for (int i = 0; i < count; ++i) {
-        std::size_t start =
-            runs[i].m_nCharPos < 0 ? 0 : static_cast<std::size_t>(runs[i].m_nCharPos);
-        if (start > line.size())
-            start = line.size();
-        if (start > pos) {
-            out.Append(line.substr(pos, start - pos));
-            pos = start;
-        }
-        char mark[16];
-        std::snprintf(mark, sizeof mark, "{%d}", runs[i].m_nColorIndex);
-        out.Append(mark);
-    }
-    out.Append(line.substr(pos));
-    out.Append("\n");
+void AppendMarkedLine(OutputBuffer& out, std::string& scratch, std::string_view line,
+                      const COLORINFO* runs, int count, unsigned long cookieAtEnd) {
+    scratch.clear();
+    syntax::AppendStyledLine(scratch, line, runs, count, cookieAtEnd, syntax::StyledForm::Text);
+    out.Append(scratch);
 }
 
 void AppendAnsiLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,
-                    const CTalvorSyntax& colours) {
+                    const CTalvorSyntax& colours, bool colour) {
+    if (!colour) {
+        out.Append(line);
+        out.Append("\n");
+        return;
+    }
     ForEachSegment(line, runs, count, [&](int colourIndex, int start, int end) {
-        const COLORREF colour = ColourOf(colours, colourIndex);
-        char escape[32];
-        std::snprintf(escape, sizeof escape, "\x1b[38;2;%d;%d;%dm", GetRValue(colour),
-                      GetGValue(colour), GetBValue(colour));
-        out.Append(escape);
+        if (colourIndex < COLOR_COMMENT || colourIndex > COLOR_CHAR ||
+            colourIndex == COLOR_NORMAL) {
+            out.Append("\x1b[39m"); // the terminal's default foreground
+        } else {
+            const COLORREF rgb = ColourOf(colours, colourIndex);
+            char escape[32];
+            std::snprintf(escape, sizeof escape, "\x1b[38;2;%d;%d;%dm", GetRValue(rgb),
+                          GetGValue(rgb), GetBValue(rgb));
+            out.Append(escape);
+        }
         out.Append(
             line.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start)));
     });
@@ -187,14 +238,16 @@ void AppendAnsiLine(OutputBuffer& out, std::string_view line, const COLORINFO* r
 }
 
 void AppendHtmlPageStart(OutputBuffer& out, const CTalvorSyntax& colours, std::string_view title) {
-    std::string page = "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"";
-    page += CharsetOfSystemCodePage();
-    page += "\">\n<title>";
-    out.Append(page);
+    out.Append("<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>");
+    std::string converted;
+    if (!IsUtf8AsItStands(title)) {
+        AppendAsUtf8(converted, title);
+        title = converted;
+    }
     char* p = out.Room(LongestEntity * title.size());
     out.Commit(CopyEscaped(p, title));
-    page = "</title>\n<style>\nbody { background: " + CssColour(colours.m_clrBkColor) +
-           "; color: " + CssColour(colours.m_clrNormalColor) + "; }\n";
+    std::string page = "</title>\n<style>\nbody { background: " + CssColour(colours.m_clrBkColor) +
+                       "; color: " + CssColour(colours.m_clrNormalColor) + "; }\n";
     page += "pre { font-family: monospace; }\n";
     const int indices[] = {COLOR_COMMENT, COLOR_KEYWORD, COLOR_NUMBER, COLOR_STRING, COLOR_CHAR};
     for (int index : indices) {
@@ -211,6 +264,10 @@ void AppendHtmlLine(OutputBuffer& out, std::string_view line, const COLORINFO* r
     const std::size_t tags = CloseTag.size() + OpenTagStart.size() + 1 + OpenTagEnd.size();
     char* p = out.Room(LongestEntity * line.size() + tags * (static_cast<std::size_t>(count) + 1) +
                        CloseTag.size() + 1);
+    // Text that is not UTF-8 as it stands is converted stretch by stretch; a byte becomes at
+    // most 3 bytes, less than the room of an entity.
+    const bool convert = !IsUtf8AsItStands(line);
+    std::string converted;
     // Most lines hold no markup; their stretches are copied without a test per byte.
     bool markup = false;
     std::size_t scanned = 0;
@@ -232,8 +289,13 @@ void AppendHtmlLine(OutputBuffer& out, std::string_view line, const COLORINFO* r
             *p++ = *HtmlClasses[colour];
             p = Put(p, OpenTagEnd);
         }
-        const std::string_view text =
+        std::string_view text =
             line.substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+        if (convert) {
+            converted.clear();
+            AppendAsUtf8(converted, text);
+            text = converted;
+        }
         if (markup) {
             p = CopyEscaped(p, text);
         } else {

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace talvor::tool {
@@ -38,18 +39,22 @@ private:
     bool m_failed = false;
 };
 
-// "04 " (the cookie at the line's end), then the text with {n} before each run, then "\n".
-void AppendMarkedLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,
-                      unsigned long cookieAtEnd);
+// The golden form of syntax/styled_line.h with the text: "04 " (the cookie at the line's end),
+// then the text with {n} before each run, then "\n". scratch is reused from line to line.
+void AppendMarkedLine(OutputBuffer& out, std::string& scratch, std::string_view line,
+                      const COLORINFO* runs, int count, unsigned long cookieAtEnd);
 
 // The text in 24-bit ANSI colours of the parser's colour indices, reset at the line's end.
+// Normal text takes the terminal's own foreground colour, so it reads on dark and light
+// terminals alike; without colour (NO_COLOR) the line is written as it stands.
 void AppendAnsiLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count,
-                    const CTalvorSyntax& colours);
+                    const CTalvorSyntax& colours, bool colour = true);
 
-// Head of a page whose style sheet holds the colours of the object (COLORREF is 0x00BBGGRR),
-// with the character set of the system code page; the text follows in one <pre>.
+// Head of a page whose style sheet holds the colours of the object (COLORREF is 0x00BBGGRR).
+// The page is UTF-8 whatever the system code page: text of another page is converted, bytes
+// that form no character of the page become U+FFFD. The text follows in one <pre>.
 void AppendHtmlPageStart(OutputBuffer& out, const CTalvorSyntax& colours, std::string_view title);
-// One line, escaped, with a <span> per run that is not in the normal colour.
+// One line, escaped and in UTF-8, with a <span> per run that is not in the normal colour.
 void AppendHtmlLine(OutputBuffer& out, std::string_view line, const COLORINFO* runs, int count);
 void AppendHtmlPageEnd(OutputBuffer& out);
 

@@ -3,21 +3,18 @@
 #include "tools/talvor/commands.h"
 
 #include "platform/files/file_system.h"
-#include "syntax/line_cookie.h"
-#include "syntax/syntax.h"
-#include "syntax/text_lines.h"
-#include "tools/talvor/color_language_guess.h"
+#include "syntax/document_colourer.h"
+#include "syntax/languages.h"
 #include "tools/talvor/color_output.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <unistd.h>
-#include <vector>
 
 namespace talvor::tool {
 namespace {
 
-const char* const ColorHelp =
+const char* const ColorHelpStart =
     "usage: talvor color FILE [--language NAME | --code N] [--html | --ansi | --marks] [--blank]\n"
     "\n"
     "Colours FILE line by line with the line parser of a language; the parse cookie is carried\n"
@@ -25,9 +22,12 @@ const char* const ColorHelp =
     "\n"
     "  --language NAME  the language by its exact name (\"Basic\", \"C++\", \"Object Pascal\",\n"
     "                   \"Plain text\", ...); without it and --code the file's extension decides\n"
-    "  --code N         the language by its code, 0 to 35 (35 is plain text)\n"
-    "  --html           a complete HTML page in the default colours\n"
-    "  --ansi           24-bit ANSI colours (the default when standard output is a terminal)\n"
+    "  --code N         the language by its code, 0 to {plain} ({plain} is plain text)\n"
+    "  --html           a complete HTML page in the default colours, always in UTF-8: text of\n"
+    "                   another code page is converted\n"
+    "  --ansi           24-bit ANSI colours, normal text in the terminal's own colour (the\n"
+    "                   default when standard output is a terminal); with NO_COLOR set in the\n"
+    "                   environment the text is written without colours\n"
     "  --marks          each line as \"CC text\": the cookie at its end in hex, then the text "
     "with\n"
     "                   {n} before each run, n the colour index (the default otherwise)\n"
@@ -39,12 +39,14 @@ const char* const ColorHelp =
 
 enum class Format { Marks, Ansi, Html };
 
-// Reaches the protected parser and loaders of the library's class.
-struct Colourer : CTalvorSyntax {
-    using CTalvorSyntax::GetLanguageByStringShow;
-    using CTalvorSyntax::LoadSynWord;
-    using CTalvorSyntax::ParseLine;
-};
+// The help text with the plain text code filled in.
+std::string ColorHelp() {
+    std::string help = ColorHelpStart;
+    const std::string plain = std::to_string(syntax::PlainTextCode);
+    for (std::size_t at; (at = help.find("{plain}")) != std::string::npos;)
+        help.replace(at, 7, plain);
+    return help;
+}
 
 std::string LanguageNames() {
     std::string names;
@@ -67,7 +69,7 @@ int RunColor(const Args& args, std::FILE* output) {
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& arg = args[i];
         if (arg == "--help" || arg == "-h") {
-            std::fputs(ColorHelp, output);
+            std::fputs(ColorHelp().c_str(), output);
             return ExitOk;
         }
         if (arg == "--language" || arg == "--code") {
@@ -101,63 +103,53 @@ int RunColor(const Args& args, std::FILE* output) {
     if (!haveFormat)
         format = ::isatty(::fileno(output)) ? Format::Ansi : Format::Marks;
 
-    Colourer colourer;
     UINT language = 0;
     if (!languageName.empty()) {
-        const int code = colourer.GetLanguageByStringShow(CString(languageName));
-        if (code == 35 && languageName != "Plain text")
+        const int code = syntax::LanguageByName(languageName);
+        if (code < 0)
             return UserError("color: unknown language '" + languageName +
                              "' (names: " + LanguageNames() + ")");
         language = static_cast<UINT>(code);
     } else if (!languageCode.empty()) {
         char* end = nullptr;
         const unsigned long code = std::strtoul(languageCode.c_str(), &end, 10);
-        if (end == languageCode.c_str() || *end != '\0' || code > 35)
-            return UserError("color: language code '" + languageCode + "' is not 0 to 35");
+        if (end == languageCode.c_str() || *end != '\0' || code > syntax::PlainTextCode)
+            return UserError("color: language code '" + languageCode + "' is not 0 to " +
+                             std::to_string(syntax::PlainTextCode));
         language = static_cast<UINT>(code);
     } else {
-        language = GuessLanguageFromFileName(file);
+        language = syntax::LanguageForFileName(file);
     }
 
     std::string text, error;
     if (!platform::ReadWholeFile(file, text, error))
         return UserError("color: " + error);
 
-    colourer.SetLanguage(language);
-    colourer.LoadSynWord();
+    CTalvorSyntax syntax;
+    syntax::DocumentColourer colourer(syntax);
+    colourer.LoadLanguage(language);
+    colourer.SetAppendBlank(blank);
 
     OutputBuffer out(output);
     if (format == Format::Html)
-        AppendHtmlPageStart(out, colourer, file);
-
-    std::vector<COLORINFO> runs;
-    CString line;
-    unsigned long cookie = 0;
-    const std::string_view whole = text;
-    for (std::size_t pos = 0; pos < whole.size();) {
-        const std::string_view view = syntax::NextLine(whole, pos);
-        line.Empty(); // keeps its buffer: no allocation per line
-        line.Append(view.data(), static_cast<int>(view.size()));
-        if (blank)
-            line += ' ';
-        const std::size_t room = 2 * static_cast<std::size_t>(line.GetLength()) + 1;
-        if (runs.size() < room)
-            runs.resize(room);
-        int count = 0;
-        const unsigned long end = colourer.ParseLine(cookie, line, runs.data(), count);
+        AppendHtmlPageStart(out, syntax, file);
+    // NO_COLOR (set and not empty) turns terminal colours off, as in most command line tools.
+    const char* noColour = std::getenv("NO_COLOR");
+    const bool ansiColour = noColour == nullptr || *noColour == '\0';
+    std::string marked;
+    colourer.ColourText(text, [&](const syntax::ColouredLine& line) {
         switch (format) {
         case Format::Marks:
-            AppendMarkedLine(out, line.View(), runs.data(), count, end);
+            AppendMarkedLine(out, marked, line.text, line.runs, line.count, line.cookieAtEnd);
             break;
         case Format::Ansi:
-            AppendAnsiLine(out, line.View(), runs.data(), count, colourer);
+            AppendAnsiLine(out, line.text, line.runs, line.count, syntax, ansiColour);
             break;
         case Format::Html:
-            AppendHtmlLine(out, line.View(), runs.data(), count);
+            AppendHtmlLine(out, line.text, line.runs, line.count);
             break;
         }
-        cookie = syntax::CookieForNextLine(language, end, true);
-    }
+    });
     if (format == Format::Html)
         AppendHtmlPageEnd(out);
     if (!out.Flush())

@@ -1,19 +1,15 @@
-// A plain line parser for differential checks: the rules of ParseLine written out step by step,
-// with none of the library's byte tables or skipping loops. The library's parser must give the
-// same runs and cookie for any line, cookie and rule set; tests and the fuzz target compare them.
-#pragma once
+// The reference line parser, step by step as the rules are written; numbered comments follow
+// the steps of the parser's description.
+#include "tests/reference/reference_line_parser.h"
 
 #include "platform/codepage/code_page.h"
-#include "syntax/syntax.h"
+#include "syntax/languages.h"
 
 #include <cstring>
-#include <string>
-#include <vector>
 
 namespace talvor::testing {
 
-// The keyword test as documented: binary search with the code page's comparisons.
-inline bool ReferenceIsKeyword(const CTalvorSyntax& syntax, const std::string& word) {
+bool ReferenceIsKeyword(const CTalvorSyntax& syntax, const std::string& word) {
     INT_PTR low = 0, high = syntax.m_arrKeyWords.GetSize() - 1;
     while (low <= high) {
         const INT_PTR middle = (low + high) / 2;
@@ -30,34 +26,30 @@ inline bool ReferenceIsKeyword(const CTalvorSyntax& syntax, const std::string& w
     return false;
 }
 
-// The number rules as documented, by language.
-inline bool ReferenceIsNumber(UINT language, const std::string& w) {
+bool ReferenceIsNumber(UINT language, const std::string& w) {
     auto hex = [](const std::string& digits) {
         return digits.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
     };
+    using syntax::CodeOf;
+    using syntax::Language;
     const std::size_t n = w.size();
-    if (n == 0 || language == 35)
+    if (n == 0 || language == CodeOf(Language::PlainText))
         return false;
-    if (language == 3 && n >= 3 && w[0] == '&' && (w[1] == 'O' || w[1] == 'H'))
+    if (language == CodeOf(Language::Basic) && n >= 3 && w[0] == '&' &&
+        (w[1] == 'O' || w[1] == 'H'))
         return hex(w.substr(2));
-    if (language == 8 && n >= 3 && w[0] == '0' && w[1] == 'x')
+    if (language == CodeOf(Language::Cpp) && n >= 3 && w[0] == '0' && w[1] == 'x')
         return hex(w.substr(2));
-    if (language == 14 && n >= 3 && w[0] == '#')
+    if (language == CodeOf(Language::Html) && n >= 3 && w[0] == '#')
         return hex(w.substr(1));
-    if (language == 21 && w[0] == '$')
+    if (language == CodeOf(Language::ObjectPascal) && w[0] == '$')
         return hex(w.substr(1));
     return w[0] >= '0' && w[0] <= '9' &&
            w.find_first_not_of("0123456789+-.eE") == std::string::npos;
 }
 
-struct ReferenceResult {
-    std::vector<COLORINFO> runs;
-    unsigned long cookie;
-};
-
-// Not for languages 14 and 34, which have a parser of their own.
-inline ReferenceResult ReferenceParseLine(const CTalvorSyntax& syntax, unsigned long cookie,
-                                          const std::string& line) {
+ReferenceResult ReferenceParseLine(const CTalvorSyntax& syntax, unsigned long cookie,
+                                   const std::string& line) {
     ReferenceResult result{{}, cookie};
     const int length = static_cast<int>(line.size());
     if (length == 0)

@@ -1,6 +1,6 @@
 // Reading a rule set into the form the scan loops use. Built per line, from the members as they
 // stand, so a host that changes a rule string or the word bytes directly is heard at once.
-#include "syntax/detail/rule_match.h"
+#include "syntax/detail/prepared_rules.h"
 
 #include "platform/codepage/code_page.h"
 

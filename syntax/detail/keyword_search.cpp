@@ -1,7 +1,7 @@
 // The binary search of the keyword array, the parsers' most frequent question. Its probes are
 // the documented ones (they decide the answer if a host leaves the array unsorted); what is
 // made fast is each comparison: an inline loop that folds ASCII letters as it goes.
-#include "syntax/detail/word_tests.h"
+#include "syntax/detail/keyword_search.h"
 
 #include "platform/codepage/code_page.h"
 #include "platform/core/ascii.h"
