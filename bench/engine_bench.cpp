@@ -5,7 +5,7 @@
 #include "host/ole/interface_builder.h"
 #include "platform/codepage/code_page.h"
 #include "platform/files/file_system.h"
-#include "tests/engine/reference_whole_script.h"
+#include "tests/reference/reference_whole_script.h"
 
 #include <benchmark/benchmark.h>
 

@@ -7,7 +7,7 @@
 #include "host/ole/interface_builder.h"
 #include "platform/app/message_box.h"
 #include "platform/codepage/code_page.h"
-#include "tests/engine/reference_whole_script.h"
+#include "tests/reference/reference_whole_script.h"
 
 #include <cstdint>
 #include <cstdlib>

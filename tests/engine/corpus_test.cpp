@@ -2,7 +2,7 @@
 // classified and titled, and the blocks of every procedure walked and edited.
 #include "engine/script_text_disposal.h"
 #include "tests/engine/engine_test_support.h"
-#include "tests/engine/reference_whole_script.h"
+#include "tests/reference/reference_whole_script.h"
 #include "tests/support/corpus.h"
 #include "tests/support/test_environment.h"
 

@@ -3,7 +3,7 @@
 #include "engine/script_text_disposal.h"
 #include "resources/talvor_res_ids.h"
 #include "tests/engine/engine_test_support.h"
-#include "tests/engine/reference_whole_script.h"
+#include "tests/reference/reference_whole_script.h"
 
 #include <gtest/gtest.h>
 
