@@ -48,13 +48,13 @@ Buffers& Kept() {
 
 // The wide form of text in kept.text; true when text is ASCII alone, so that wide positions
 // are byte positions.
-bool ConvertText(Buffers& kept, const CString& text) {
+bool ConvertText(Buffers& kept, std::string_view text) {
     const unsigned page = talvor::platform::SystemCodePage();
-    if (page == kept.sourcePage && text.View() == kept.source)
+    if (page == kept.sourcePage && text == kept.source)
         return kept.sourceAscii;
     kept.sourcePage = 0; // until the conversion is done
-    kept.sourceAscii = talvor::platform::ToWide(text.View(), kept.text);
-    kept.source.assign(text.View());
+    kept.sourceAscii = talvor::platform::ToWide(text, kept.text);
+    kept.source.assign(text);
     kept.sourcePage = page;
     return kept.sourceAscii;
 }
@@ -63,7 +63,7 @@ bool ConvertText(Buffers& kept, const CString& text) {
 // compiled forms come from the cache by its 8-bit text, so a pattern asked again is neither
 // converted nor compiled again. One that does not compile is set as it is and fails at Test,
 // as the engine reports it.
-HRESULT SetUp(RegExpEngine& engine, const CString& pattern, short global, short ignoreCase) {
+HRESULT SetUp(RegExpEngine& engine, std::string_view pattern, short global, short ignoreCase) {
     HRESULT hr = engine.put_Global(AsVariantBool(global));
     if (SUCCEEDED(hr))
         hr = engine.put_IgnoreCase(AsVariantBool(ignoreCase));
@@ -72,7 +72,7 @@ HRESULT SetUp(RegExpEngine& engine, const CString& pattern, short global, short 
     std::u16string_view wide;
     talvor::platform::CompiledRegExpPtr compiled;
     hr = talvor::text::detail::FacadeRegexCache().CompileNarrow(
-        pattern.View(), talvor::platform::SystemCodePage(), ignoreCase != 0, wide, compiled);
+        pattern, talvor::platform::SystemCodePage(), ignoreCase != 0, wide, compiled);
     if (FAILED(hr))
         return engine.put_Pattern(wide);
     return engine.PutCompiledPattern(wide, AsVariantBool(ignoreCase), std::move(compiled));
@@ -104,6 +104,11 @@ RegExpEngine& Engine() {
 } // namespace
 
 int TVPfxTestByRegExp(CString pattern, CString text, short global, short ignoreCase) {
+    return talvor::text::TestByRegExp(pattern.View(), text.View(), global, ignoreCase);
+}
+
+int talvor::text::TestByRegExp(std::string_view pattern, std::string_view text, short global,
+                               short ignoreCase) {
     return Guarded([&](int& result) {
         RegExpEngine& engine = Engine();
         Buffers& kept = Kept();
@@ -126,12 +131,12 @@ int TVPfxGetInfoByRegExp(CString pattern, CString text,
     return Guarded([&](int& result) {
         RegExpEngine& engine = Engine();
         Buffers& kept = Kept();
-        HRESULT hr = SetUp(engine, pattern, global, ignoreCase);
+        HRESULT hr = SetUp(engine, pattern.View(), global, ignoreCase);
         if (FAILED(hr))
             return hr;
         // For ASCII text a wide position is a byte position, so a match's value is cut from
         // the 8-bit text as it stands instead of converting the wide value back.
-        const bool ascii = ConvertText(kept, text);
+        const bool ascii = ConvertText(kept, text.View());
         talvor::platform::RegExpMatchCollection collection;
         hr = engine.Execute(kept.text, &collection);
         if (FAILED(hr))
@@ -176,10 +181,10 @@ int TVPfxReplaceByRegExp(CString pattern, CString text, CString replacement, CSt
     return Guarded([&](int& outcome) {
         RegExpEngine& engine = Engine();
         Buffers& kept = Kept();
-        HRESULT hr = SetUp(engine, pattern, global, ignoreCase);
+        HRESULT hr = SetUp(engine, pattern.View(), global, ignoreCase);
         if (FAILED(hr))
             return hr;
-        ConvertText(kept, text);
+        ConvertText(kept, text.View());
         LONG replaced = 0;
         hr = engine.Replace(kept.text, talvor::platform::ToWide(replacement.View()), &kept.replaced,
                             &replaced);

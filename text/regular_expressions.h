@@ -24,6 +24,12 @@ struct tagREGEXPINFO {
 // 1 if pattern matches somewhere in text, else 0. A failure gives 0 after its message box.
 int TVPfxTestByRegExp(CString pattern, CString text, short global, short ignoreCase);
 
+namespace talvor::text {
+// TVPfxTestByRegExp without copies of its arguments, for callers inside the library that ask
+// many questions (the engine's keyword tests): the same matcher, cache and results.
+int TestByRegExp(std::string_view pattern, std::string_view text, short global, short ignoreCase);
+} // namespace talvor::text
+
 // Empties matches, then fills it with every match in text order (the first alone with global
 // off) and returns 1; 0 with matches empty when nothing matches. On a failure: message box,
 // 0, and matches keeps what was already appended.

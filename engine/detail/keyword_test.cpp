@@ -32,7 +32,7 @@ MaskedLine::MaskedLine(const CString& masked) : m_masked(masked) {
 
 bool MaskedLine::Has(KeywordPattern& pattern, const CString& keyword) const {
     constexpr short On = -1;
-    return TVPfxTestByRegExp(pattern.Of(keyword), m_padded, On, On) == 1;
+    return text::TestByRegExp(pattern.Of(keyword).View(), m_padded.View(), On, On) == 1;
 }
 
 bool MaskedLine::Is(const CString& keyword) const {
