@@ -3,16 +3,9 @@
 // Objects are filled by AddMethod/AddParam (see interface_builder.h); users only read them.
 #pragma once
 
+#include "platform/com/type_info.h"
 #include "platform/strings/arrays.h"
 #include "platform/strings/cstring.h"
-
-// Kinds of a member, as the component model numbers them.
-enum INVOKEKIND {
-    INVOKE_FUNC = 1,
-    INVOKE_PROPERTYGET = 2,
-    INVOKE_PROPERTYPUT = 4,
-    INVOKE_PROPERTYPUTREF = 8
-};
 
 class CVXMethodParamInfo {
 public:
