@@ -56,6 +56,8 @@ public:
 
     CString GetName() const { return m_strName; }
     void SetName(const CString& name) { m_strName = name; }
+    GUID GetIID() const { return m_iid; }
+    void SetIID(const GUID& iid) { m_iid = iid; }
     int GetNumMethods() const { return static_cast<int>(m_arrMethods.GetSize()); }
     // Null for an index outside the methods, or for a gap left by a null AddMethod.
     CVXMethodInfo* GetMethod(int index) const;
@@ -70,4 +72,5 @@ public:
 
 private:
     CString m_strName;
+    GUID m_iid = GUID_NULL;
 };
