@@ -5,9 +5,6 @@ namespace talvor::tool {
 int RunRender(const Args&) {
     return NotAvailable("render");
 }
-int RunTypelib(const Args&) {
-    return NotAvailable("typelib");
-}
 int RunAlias(const Args&) {
     return NotAvailable("alias");
 }
