@@ -132,6 +132,22 @@ TEST(MsftReader, AliasesOfColourAndFont) {
     EXPECT_EQ(font->GetRefTypeOfImplType(static_cast<UINT>(-1), &href), TYPE_E_ELEMENTNOTFOUND);
 }
 
+TEST(MsftReader, LibraryImportingItselfResolvesEveryTime) {
+    TV_NEED_WINE();
+    // stdole2 names IDispatch as an import of stdole2; Font and Picture both inherit it.
+    ComPtr<ITypeLib> lib = LoadWine("stdole2.tlb");
+    for (const char* name : {"Font", "Picture", "FontEvents"}) {
+        SCOPED_TRACE(name);
+        ComPtr<ITypeInfo> info = FindType(lib.Get(), name);
+        ASSERT_TRUE(info);
+        for (int round = 0; round < 2; ++round) {
+            HREFTYPE href = 0;
+            ASSERT_EQ(info->GetRefTypeOfImplType(0, &href), S_OK);
+            EXPECT_EQ(TypeName(RefType(info.Get(), href).Get()), "IDispatch");
+        }
+    }
+}
+
 TEST(MsftReader, CoclassListsItsInterfacesWithFlags) {
     TV_NEED_WINE();
     ComPtr<ITypeLib> lib = LoadWine("stdole2.tlb");

@@ -887,7 +887,7 @@ HRESULT MsftTypeLib::LoadImport(std::uint32_t fileOffset, ITypeLib** lib) {
         if (entry.fileOffset == fileOffset && entry.tried) {
             if (FAILED(entry.result))
                 return entry.result;
-            *lib = entry.lib.Get();
+            *lib = entry.lib ? entry.lib.Get() : this; // empty for a library importing itself
             (*lib)->AddRef();
             return S_OK;
         }

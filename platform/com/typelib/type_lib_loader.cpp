@@ -162,7 +162,8 @@ HRESULT ResolveImport(REFGUID libid, WORD major, WORD minor, LCID lcid, const st
     if (fileName.empty() || fileName.find('/') != std::string::npos || fileName == "." ||
         fileName == "..")
         return TYPE_E_CANTLOADLIBRARY;
-    folders.insert(folders.begin(), folder);
+    if (!folder.empty())
+        folders.insert(folders.begin(), folder);
     if (const char* env = std::getenv("TALVOR_TYPELIB_PATH")) {
         std::string list = env;
         std::size_t start = 0;
