@@ -128,6 +128,21 @@ TEST(DamagedTypeLib, LoopingTypeDescriptionEndsAtTheDepthLimit) {
     EXPECT_NE(error.find("nests too deep"), std::string::npos) << error;
 }
 
+TEST(DamagedTypeLib, PointerWithoutItsTargetIsRefused) {
+    TV_NEED_WINE();
+    std::vector<std::uint8_t> image = Stdole2Image();
+    // Type info 4 is IDispatch; its first function record follows the block length word, and
+    // the record's second word is the result type, made a bare VT_PTR here.
+    const std::size_t segments = 0x54 + 4 * 42;
+    const std::uint32_t typeInfos = Get32(image, segments);
+    const std::uint32_t members = Get32(image, typeInfos + 4 * 0x64 + 4);
+    Put32(image, members + 4 + 4, 0x801A001A);
+    std::string error;
+    EXPECT_EQ(LoadAndWalk(image, error), TYPE_E_INVDATAREAD);
+    EXPECT_NE(error.find("simple type 26 (0x801a001a) has no description"), std::string::npos)
+        << error;
+}
+
 TEST(PeResource, FindsTypeLibrariesAndRefusesBrokenFiles) {
     TV_NEED_WINE();
     const std::vector<std::uint8_t> file = ReadBytes(WineBinaryDir() + "/vbscript.dll");

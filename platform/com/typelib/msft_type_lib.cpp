@@ -202,7 +202,13 @@ BSTR MsftTypeLib::StringText(std::int32_t offset) const {
 bool MsftTypeLib::DecodeTypeInto(std::uint32_t encoded, TYPEDESC& out, int depth) {
     out = TYPEDESC{};
     if (encoded & msft::SimpleTypeBit) {
-        out.vt = static_cast<VARTYPE>(encoded & 0x7FFF);
+        out.vt = static_cast<VARTYPE>(encoded & VT_TYPEMASK);
+        if (out.vt == VT_PTR || out.vt == VT_SAFEARRAY || out.vt == VT_CARRAY) {
+            // These need the description of what they point to or hold.
+            m_view.FailWith("typelib: simple type " + std::to_string(out.vt) + " (" +
+                            Hex(encoded) + ") has no description of its element");
+            return false;
+        }
         return true;
     }
     if (depth > MaxTypeDepth) {
