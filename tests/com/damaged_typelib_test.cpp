@@ -103,6 +103,7 @@ TEST(DamagedTypeLib, PatchedFieldsGiveTheirOwnMessages) {
         {"library name", 0x38, 0x7FFFFFF0, "library name at 0x7ffffff0 lies outside"},
         {"name table beyond the file", segments + 16 * 7, 0x7FFFFFF0, "segment at 0x7ffffff0"},
         {"type info table too short", segments + 4, 0x64, "type info table holds fewer"},
+        {"system kind", 0x14, 0x4F, "unknown system kind 15"},
     };
     for (const Patch& p : patches) {
         SCOPED_TRACE(p.what);

@@ -82,6 +82,10 @@ bool MsftTypeLib::ReadHeader() {
         !m_view.I32(0x3C, m_helpFile, "typelib: header") ||
         !m_view.U32(0x4C, m_dispatchHref, "typelib: header"))
         return false;
+    if ((flags & 0xF) > SYS_WIN64) {
+        m_view.FailWith("typelib: unknown system kind " + std::to_string(flags & 0xF));
+        return false;
+    }
     m_attr.syskind = static_cast<SYSKIND>(flags & 0xF);
     m_attr.wMajorVerNum = static_cast<WORD>(libVersion & 0xFFFF);
     m_attr.wMinorVerNum = static_cast<WORD>(libVersion >> 16);
