@@ -12,6 +12,15 @@ using namespace talvor::testing;
 
 namespace {
 
+// The descriptions hold a reference to their type each and never release it; that is left
+// to the host, and the tests do it.
+void ReleaseTypes(CTalvorInterfaceInfo& info) {
+    for (CTalvorMethodInfo* method : info.m_arrMethods) {
+        if (method && method->m_pTypeInfo)
+            method->m_pTypeInfo->Release();
+    }
+}
+
 class InterfaceInfo : public ::testing::Test {
 protected:
     void SetUp() override { RegisterSampleControls(); }
@@ -64,6 +73,7 @@ TEST_F(InterfaceInfo, GaugeMembersFromItsTypeLibrary) {
     ASSERT_NE(ticks, nullptr);
     EXPECT_EQ(ticks->m_nPropType, VP_PROP_NONE);
     EXPECT_EQ(ticks->m_wFlags & FUNCFLAG_FNONBROWSABLE, FUNCFLAG_FNONBROWSABLE);
+    ReleaseTypes(info);
 }
 
 TEST_F(InterfaceInfo, FindMethodGivesTheFirstOfEqualIds) {
@@ -89,6 +99,7 @@ TEST_F(InterfaceInfo, FindMethodGivesTheFirstOfEqualIds) {
     }
     EXPECT_EQ(count, 2);
     EXPECT_EQ(info.FindMethod(caption), info.m_arrMethods[first]);
+    ReleaseTypes(info);
 }
 
 TEST_F(InterfaceInfo, ConstructionDefaultsAndTheCopyingConstructor) {
@@ -125,6 +136,7 @@ TEST_F(InterfaceInfo, ControlWithoutCategoriesAndTheForm) {
     ASSERT_NE(sorted, nullptr);
     EXPECT_EQ(sorted->m_nPropCat, -1);
     EXPECT_EQ(sorted->m_nPropType, VP_PROP_ENUM);
+    ReleaseTypes(info);
 
     // A member of the form comes from the form's library; no control is created for it.
     ITypeInfo* formType = nullptr;
@@ -136,4 +148,6 @@ TEST_F(InterfaceInfo, ControlWithoutCategoriesAndTheForm) {
     EXPECT_EQ(border.m_nPropType, VP_PROP_ENUM);
     EXPECT_EQ(border.m_arrNames.GetSize(), 6);
     EXPECT_EQ(std::string(border.m_arrNames[5].GetString()), "tvBorderSizableToolWindow");
+    ASSERT_NE(border.m_pTypeInfo, nullptr);
+    border.m_pTypeInfo->Release();
 }

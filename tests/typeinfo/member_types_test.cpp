@@ -16,6 +16,7 @@ struct Expected {
     VPPropTypes kind;
     const char* names;
     const char* values;
+    bool ownsValues = false; // values made by the control: the caller frees them
 };
 
 void CheckProperties(const GUID& clsid, const Expected* rows, std::size_t count) {
@@ -30,6 +31,10 @@ void CheckProperties(const GUID& clsid, const Expected* rows, std::size_t count)
         EXPECT_EQ(info.nPropType, row.kind);
         EXPECT_EQ(Joined(info.arrNames), row.names);
         EXPECT_EQ(Joined(info.arrValues), row.values);
+        if (row.ownsValues) {
+            for (tagVARIANT& value : info.arrValues)
+                VariantClear(&value);
+        }
     }
 }
 
@@ -80,7 +85,7 @@ TEST_F(MemberTypes, ButtonObjectReferenceListsTheFormsControls) {
     const Expected rows[] = {
         {L"Link", VP_PROP_OBJECT, "Gauge1|Gauge2", "empty|empty"},
         {L"Target", VP_PROP_NONE, "", ""},
-        {L"Caption", VP_PROP_ENUM, "OK|Cancel|Apply", "OK|Cancel|Apply"},
+        {L"Caption", VP_PROP_ENUM, "OK|Cancel|Apply", "OK|Cancel|Apply", true},
         {L"Alignment", VP_PROP_ENUM, "baLeft|baCenter|baRight", "0|2|1"},
         {L"Picture", VP_PROP_PICTURE, "", ""}, // a page doesn't change a picture
         {L"Default", VP_PROP_BOOL, "", ""},
