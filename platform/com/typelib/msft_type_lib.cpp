@@ -209,8 +209,8 @@ bool MsftTypeLib::DecodeTypeInto(std::uint32_t encoded, TYPEDESC& out, int depth
         out.vt = static_cast<VARTYPE>(encoded & VT_TYPEMASK);
         if (out.vt == VT_PTR || out.vt == VT_SAFEARRAY || out.vt == VT_CARRAY) {
             // These need the description of what they point to or hold.
-            m_view.FailWith("typelib: simple type " + std::to_string(out.vt) + " (" +
-                            Hex(encoded) + ") has no description of its element");
+            m_view.FailWith("typelib: simple type " + std::to_string(out.vt) + " (" + Hex(encoded) +
+                            ") has no description of its element");
             return false;
         }
         return true;
