@@ -3,7 +3,7 @@
 #include "alias/ocx_alias.h"
 
 #include "alias/detail/alias_lines.h"
-#include "host/ole/activex_name.h"
+#include "host/ole/container.h"
 #include "platform/app/module_path.h"
 #include "platform/files/file_system.h"
 #include "platform/intl/language_ids.h"

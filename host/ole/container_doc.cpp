@@ -1,8 +1,43 @@
-// Controls of a form and their archive form.
+// Items and design records of a form, and the records' archive form.
 #include "host/ole/container_doc.h"
+
+#include <algorithm>
 
 const CRuntimeClass CVXContainerDoc::classCVXContainerDoc =
     MakeRuntimeClass<CVXContainerDoc>("CVXContainerDoc", 1, &CObject::classCObject);
+
+CVXContainerItem::CVXContainerItem(const CString& displayName, IUnknown* object)
+    : m_lpObject(object), m_strDisplayName(displayName) {
+    if (m_lpObject)
+        m_lpObject->AddRef();
+}
+
+CVXContainerItem::~CVXContainerItem() {
+    if (m_lpObject)
+        m_lpObject->Release();
+}
+
+CVXContainerDoc::~CVXContainerDoc() {
+    for (CVXContainerItem* item : m_items)
+        delete item;
+}
+
+void CVXContainerDoc::AddItem(CVXContainerItem* item) {
+    if (item)
+        m_items.push_back(item);
+}
+
+CVXContainerItem* CVXContainerDoc::GetNextTabItem(CVXContainerItem* item) const {
+    if (m_items.empty())
+        return nullptr;
+    if (!item)
+        return m_items.front();
+    auto found = std::find(m_items.begin(), m_items.end(), item);
+    if (found == m_items.end())
+        return nullptr;
+    ++found;
+    return found == m_items.end() ? m_items.front() : *found;
+}
 
 CVXContainerDoc::Control* CVXContainerDoc::GetControl(int index) {
     return index >= 0 && index < GetControlCount() ? &m_controls[index] : nullptr;

@@ -1,14 +1,48 @@
-// CVXContainerDoc: the controls of a form in tab order, each with its name, class and property
-// values, and their archive form. The undo history saves and restores a design through it.
+// CVXContainerDoc: a form of the designer. It keeps two views of its controls: the design
+// records (name, class and property values as text, with their archive form, which the undo
+// history saves and restores) and the live items in tab order (display name and object, which
+// the type description walks).
 #pragma once
 
+#include "platform/com/unknown.h"
 #include "platform/files/archive.h"
 #include "platform/strings/arrays.h"
 
 #include <vector>
 
+// A control placed on a form, as the framework's client item holds it.
+class CVXContainerItem {
+public:
+    // Takes a reference to `object` (may be null).
+    CVXContainerItem(const CString& displayName, IUnknown* object);
+    ~CVXContainerItem();
+    CVXContainerItem(const CVXContainerItem&) = delete;
+    CVXContainerItem& operator=(const CVXContainerItem&) = delete;
+
+    CString GetDisplayName() const { return m_strDisplayName; }
+
+    // The control's object.
+    IUnknown* m_lpObject = nullptr;
+
+private:
+    CString m_strDisplayName;
+};
+
 class CVXContainerDoc : public CObject {
 public:
+    CVXContainerDoc() = default;
+    ~CVXContainerDoc() override;
+    CVXContainerDoc(const CVXContainerDoc&) = delete;
+    CVXContainerDoc& operator=(const CVXContainerDoc&) = delete;
+
+    // Live items. Takes ownership; the item goes to the end of the tab order.
+    void AddItem(CVXContainerItem* item);
+    // The item after `item` in tab order: the first for null, the first again after the
+    // last; null when the form has no item or `item` isn't on it.
+    CVXContainerItem* GetNextTabItem(CVXContainerItem* item) const;
+    int GetItemCount() const { return static_cast<int>(m_items.size()); }
+
+    // Design records.
     struct Control {
         CString m_strName;
         CString m_strClass; // class identifier or program id
@@ -37,4 +71,5 @@ public:
 
 private:
     std::vector<Control> m_controls;
+    std::vector<CVXContainerItem*> m_items;
 };

@@ -1,5 +1,5 @@
-// Builds interface descriptions from plain data: the form description of the tool and the
-// tests use it; descriptions read from type libraries will have a builder of their own.
+// Builds interface descriptions from plain data (the form description of the tool and the
+// tests) or from a type description: one method per function, in the order of the type.
 #pragma once
 
 #include "host/ole/interface_info.h"
@@ -19,5 +19,9 @@ struct MemberDescription {
 
 std::unique_ptr<CVXInterfaceInfo> BuildInterface(const std::string& name,
                                                  const std::vector<MemberDescription>& members);
+
+// The functions of `typeInfo` with their parameter names, and its name and identifier; null
+// when its attributes can't be read. Variables of a dispinterface become property members.
+std::unique_ptr<CVXInterfaceInfo> BuildInterfaceFromTypeInfo(ITypeInfo* typeInfo);
 
 } // namespace talvor::host

@@ -3,16 +3,9 @@
 // Objects are filled by AddMethod/AddParam (see interface_builder.h); users only read them.
 #pragma once
 
+#include "platform/com/type_info.h"
 #include "platform/strings/arrays.h"
 #include "platform/strings/cstring.h"
-
-// Kinds of a member, as the component model numbers them.
-enum INVOKEKIND {
-    INVOKE_FUNC = 1,
-    INVOKE_PROPERTYGET = 2,
-    INVOKE_PROPERTYPUT = 4,
-    INVOKE_PROPERTYPUTREF = 8
-};
 
 class CVXMethodParamInfo {
 public:
@@ -63,6 +56,8 @@ public:
 
     CString GetName() const { return m_strName; }
     void SetName(const CString& name) { m_strName = name; }
+    GUID GetIID() const { return m_iid; }
+    void SetIID(const GUID& iid) { m_iid = iid; }
     int GetNumMethods() const { return static_cast<int>(m_arrMethods.GetSize()); }
     // Null for an index outside the methods, or for a gap left by a null AddMethod.
     CVXMethodInfo* GetMethod(int index) const;
@@ -77,4 +72,5 @@ public:
 
 private:
     CString m_strName;
+    GUID m_iid = GUID_NULL;
 };

@@ -5,9 +5,6 @@ namespace talvor::tool {
 int RunRender(const Args&, std::FILE*) {
     return NotAvailable("render");
 }
-int RunTypelib(const Args&, std::FILE*) {
-    return NotAvailable("typelib");
-}
 int RunCommands(const Args&, std::FILE*) {
     return NotAvailable("commands");
 }

@@ -1,0 +1,95 @@
+// Instances, categories, GUID text, caption normalising and result code names.
+#include "tests/typeinfo/sample_controls.h"
+
+#include "platform/codepage/code_page.h"
+
+#include <gtest/gtest.h>
+
+using talvor::platform::ComPtr;
+using namespace talvor::testing;
+
+TEST(GuidText, RoundTripAndBadText) {
+    const GUID id = TVPfxGetCLSID("{7c3d2b10-4e5f-4a6b-9c8d-1e2f3a4b5c80}");
+    EXPECT_STREQ(TVPfxGetCLSID(id).GetString(), "{7C3D2B10-4E5F-4A6B-9C8D-1E2F3A4B5C80}");
+    EXPECT_TRUE(TVPfxGetCLSID(TVPfxGetCLSID(id).GetString()) == id);
+    EXPECT_TRUE(TVPfxGetCLSID("") == GUID_NULL);
+    EXPECT_TRUE(TVPfxGetCLSID(static_cast<const char*>(nullptr)) == GUID_NULL);
+    EXPECT_TRUE(TVPfxGetCLSID("7C3D2B10-4E5F-4A6B-9C8D-1E2F3A4B5C80") == GUID_NULL);
+}
+
+TEST(Captions, StripCharsKeepsUpperCaseLetters) {
+    const struct {
+        const char* in;
+        const char* out;
+    } rows[] = {{"&File 2 Name...", "FILENAME"}, {"12345", ""},    {"", ""},
+                {"Save &As", "SAVEAS"},          {"a-b-c", "ABC"}, {"Ünï", "N"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.in);
+        EXPECT_STREQ(StripChars(CString(row.in)).GetString(), row.out);
+    }
+}
+
+TEST(Captions, DeleteAndRemove) {
+    CString text("abcdef");
+    EXPECT_EQ(VSPStringDelete(text, 6, 1), 6);
+    EXPECT_STREQ(text.GetString(), "abcdef");
+    EXPECT_EQ(VSPStringDelete(text, 4, 10), 4);
+    EXPECT_STREQ(text.GetString(), "abcd");
+    EXPECT_EQ(VSPStringDelete(text, 1, 0), 4);
+    EXPECT_EQ(VSPStringDelete(text, 1, 2), 2);
+    EXPECT_STREQ(text.GetString(), "ad");
+
+    // In code page 936 the trail byte 0x5C of a double-byte character isn't a backslash.
+    const unsigned previous = talvor::platform::SystemCodePage();
+    ASSERT_TRUE(talvor::platform::SetSystemCodePage(936));
+    CString path("a\\\x81\x5C\\b");
+    VSPStringRemove(path, '\\');
+    talvor::platform::SetSystemCodePage(previous);
+    EXPECT_STREQ(path.GetString(), "a\x81\x5C"
+                                   "b");
+}
+
+TEST(ResultCodes, NamesAndUnknownValues) {
+    EXPECT_STREQ(TVPfxGetHResultName(static_cast<HRESULT>(0x80004001u)), "E_NOTIMPL");
+    EXPECT_STREQ(TVPfxGetHResultName(0x12345678), "0x12345678");
+    EXPECT_STREQ(TVPfxGetHResultName(DISP_E_MEMBERNOTFOUND), "DISP_E_MEMBERNOTFOUND");
+}
+
+class Instances : public ::testing::Test {
+protected:
+    void SetUp() override { RegisterSampleControls(); }
+    void TearDown() override { talvor::platform::ComRegistry::Instance().Clear(); }
+};
+
+TEST_F(Instances, CreateInstanceByText) {
+    IDispatch* object = nullptr;
+    wchar_t clsid[] = L"{7C3D2B10-4E5F-4A6B-9C8D-1E2F3A4B5C80}";
+    wchar_t iid[] = L"{00020400-0000-0000-C000-000000000046}";
+    ASSERT_EQ(TVPfxCreateInstance(clsid, iid, &object), 0);
+    ComPtr<IDispatch> held(object);
+    EXPECT_EQ(TVPfxCheckInterface(object, IID_IProvideClassInfo), 1);
+    EXPECT_EQ(TVPfxCheckInterface(object, IID_IFontDisp), 0);
+    EXPECT_EQ(TVPfxCheckInterface(nullptr, IID_IUnknown), 0);
+
+    wchar_t unknownClass[] = L"{00000000-0000-0000-0000-000000000001}";
+    EXPECT_EQ(TVPfxCreateInstance(unknownClass, iid, &object), 1);
+    wchar_t fontIid[] = L"{BEF6E003-A874-101A-8BBA-00AA00300CAB}";
+    EXPECT_EQ(TVPfxCreateInstance(clsid, fontIid, &object), 1);
+    wchar_t garbage[] = L"gauge";
+    EXPECT_EQ(TVPfxCreateInstance(garbage, iid, &object), 1);
+}
+
+TEST_F(Instances, CategoriesAndPages) {
+    ComPtr<IDispatch> gauge = CreateControl(GaugeClass);
+    ComPtr<ITypeInfo> type = DefaultInterface(GaugeClass);
+    EXPECT_EQ(TVPfxGetPropCat(gauge.Get(), IdOf(type.Get(), L"Caption")), PROPCAT_Appearance);
+    EXPECT_EQ(TVPfxGetPropCat(gauge.Get(), IdOf(type.Get(), L"Scale")), 1);
+    ComPtr<IDispatch> list = CreateControl(ListBoxClass);
+    EXPECT_EQ(TVPfxGetPropCat(list.Get(), 1), -1);
+    GUID page = GUID_NULL;
+    EXPECT_EQ(TVPfxGetPropPageCLSID(gauge.Get(), IdOf(type.Get(), L"Value"), &page), S_OK);
+    EXPECT_STREQ(TVPfxGetCLSID(page).GetString(), "{7C3D2B10-4E5F-4A6B-9C8D-1E2F3A4B5C90}");
+    EXPECT_EQ(TVPfxGetPropPageCLSID(gauge.Get(), IdOf(type.Get(), L"Max"), &page),
+              PERPROP_E_NOPAGEAVAILABLE);
+    EXPECT_EQ(TVPfxGetPropPageCLSID(list.Get(), 1, &page), E_NOINTERFACE);
+}
