@@ -60,8 +60,8 @@ void CDC::PaintText(int x, int y, const TextLayout& layout, const CRect& deviceC
     const long long left = static_cast<long long>(x) + m_state.origin.x;
     const long long baseline = static_cast<long long>(y) + m_state.origin.y + metrics.ascent;
     const COLORREF color = m_state.textColor;
-    const int tr = GetRValue(color), tg = GetGValue(color), tb = GetBValue(color);
     const std::uint32_t solid = PixelFromColor(color);
+    const std::uint32_t textRB = solid & 0x00FF00FFu, textG = solid & 0x0000FF00u;
     talvor::platform::Raster& raster = *m_state.raster;
 
     for (std::size_t i = 0; i < layout.glyphs.size(); ++i) {
@@ -88,13 +88,16 @@ void CDC::PaintText(int x, int y, const TextLayout& layout, const CRect& deviceC
                     out[col] = solid;
                     continue;
                 }
+                // Both packed halves at once: red and blue 16 bits apart, green alone; each
+                // sum is at most 255 * 255, so channels never spill into each other. The
+                // division by 255 is rounded and exact over that range.
                 const std::uint32_t d = out[col];
-                const int dr = (d >> 16) & 0xFF, dg = (d >> 8) & 0xFF, db = d & 0xFF;
-                const int r = dr + ((tr - dr) * a + (tr >= dr ? 127 : -127)) / 255;
-                const int g = dg + ((tg - dg) * a + (tg >= dg ? 127 : -127)) / 255;
-                const int b = db + ((tb - db) * a + (tb >= db ? 127 : -127)) / 255;
-                out[col] = (static_cast<std::uint32_t>(r) << 16) |
-                           (static_cast<std::uint32_t>(g) << 8) | static_cast<std::uint32_t>(b);
+                const std::uint32_t ia = 255 - a;
+                std::uint32_t rb = (textRB * a + (d & 0x00FF00FFu) * ia) + 0x00800080u;
+                rb = ((rb + ((rb >> 8) & 0x00FF00FFu)) >> 8) & 0x00FF00FFu;
+                std::uint32_t g = (textG * a + (d & 0x0000FF00u) * ia) + 0x00008000u;
+                g = ((g + ((g >> 8) & 0x00FFFF00u)) >> 8) & 0x0000FF00u;
+                out[col] = rb | g;
             }
         }
     }
