@@ -1,7 +1,8 @@
 // One face at one pixel size: fontconfig's match for a LOGFONT, opened by FreeType, with the
 // metrics the framework reports and a cache of rendered glyphs. Faces are shared by every font
 // of the same description and kept for the life of the process, so making a font again (the
-// editor does once per painted line) costs one lookup.
+// editor does once per painted line) costs one lookup. Finding a face may happen on any thread;
+// its glyph cache belongs to the user-interface thread, like all drawing.
 #pragma once
 
 #include "platform/draw/gdi_types.h"
