@@ -384,3 +384,30 @@ TEST(CDC, UnderlinedFontDrawsItsLineAcrossTheExtent) {
     EXPECT_EQ(c.dc.GetPixel(4, 20), White);
     EXPECT_EQ(c.InkColumns().second, 4 + width);
 }
+
+TEST(CDC, ItalicLeansToTheRight) {
+    // Real oblique faces where installed, a slanted outline otherwise: either way the top of a
+    // vertical stem lies right of its foot.
+    auto lean = [](bool italic) {
+        LOGFONT lf = Font("DejaVu Sans", -40);
+        lf.lfItalic = italic;
+        Canvas c(60, 60, lf);
+        c.dc.TextOut(10, 5, "l", 1);
+        TEXTMETRIC tm{};
+        c.dc.GetTextMetrics(&tm);
+        EXPECT_EQ(tm.tmItalic, italic ? 1 : 0);
+        auto centre = [&](int y0, int y1) {
+            long sum = 0, weight = 0;
+            for (int y = y0; y < y1; ++y)
+                for (int x = 0; x < 60; ++x) {
+                    const int ink = 255 - GetGValue(c.bitmap.GetPixelColor(x, y));
+                    sum += ink * x;
+                    weight += ink;
+                }
+            return weight ? static_cast<double>(sum) / weight : 0.0;
+        };
+        return centre(5, 5 + tm.tmAscent / 2) - centre(5 + tm.tmAscent / 2, 5 + tm.tmAscent);
+    };
+    EXPECT_NEAR(lean(false), 0.0, 0.5);
+    EXPECT_GT(lean(true), 2.0); // about a fifth of the half ascent between the two halves
+}

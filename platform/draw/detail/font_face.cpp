@@ -122,13 +122,9 @@ bool MatchFamily(const std::string& family, int weight, bool italic, bool exactF
         if (ok) {
             out.file = reinterpret_cast<const char*>(file);
             out.family = reinterpret_cast<const char*>(matchedFamily);
-            int index = 0, fcWeight = FC_WEIGHT_REGULAR, slant = FC_SLANT_ROMAN;
+            int index = 0;
             FcPatternGetInteger(match, FC_INDEX, 0, &index);
-            FcPatternGetInteger(match, FC_WEIGHT, 0, &fcWeight);
-            FcPatternGetInteger(match, FC_SLANT, 0, &slant);
             out.index = index;
-            out.weight = FcWeightToOpenType(fcWeight);
-            out.italic = slant != FC_SLANT_ROMAN;
         }
     }
     FcPatternDestroy(match);
@@ -191,7 +187,7 @@ void FontFace::Open(const LOGFONT& logFont) {
     if (library && found && FT_New_Face(library, match.file.c_str(), match.index, &face) != 0)
         face = nullptr;
     if (library && !face) {
-        match = Match{LastResortFile, 0, LastResortFamily, FW_NORMAL, false};
+        match = Match{LastResortFile, 0, LastResortFamily};
         if (FT_New_Face(library, LastResortFile, 0, &face) != 0)
             face = nullptr;
     }
@@ -206,11 +202,15 @@ void FontFace::Open(const LOGFONT& logFont) {
     m_face = face;
     m_family = match.family;
     m_file = match.file;
-    m_emboldenSynthetic = weight >= FW_SEMIBOLD && match.weight < FW_SEMIBOLD;
-    m_obliqueSynthetic = italic && !match.italic;
-
     const double unitsPerEm = face->units_per_EM > 0 ? face->units_per_EM : 2048;
     const TT_OS2* os2 = static_cast<TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
+    // The style of the file itself: fontconfig's synthetic rules report the weight and slant
+    // that were asked for, not those the outlines have.
+    const bool faceBold = os2 && os2->version != 0xFFFF ? os2->usWeightClass >= FW_SEMIBOLD
+                                                        : (face->style_flags & FT_STYLE_FLAG_BOLD);
+    const bool faceItalic = face->style_flags & FT_STYLE_FLAG_ITALIC;
+    m_emboldenSynthetic = weight >= FW_SEMIBOLD && !faceBold;
+    m_obliqueSynthetic = italic && !faceItalic;
     const TT_HoriHeader* hhea = static_cast<TT_HoriHeader*>(FT_Get_Sfnt_Table(face, FT_SFNT_HHEA));
     double ascentUnits = face->ascender;
     double descentUnits = -face->descender;
