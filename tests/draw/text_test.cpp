@@ -411,3 +411,26 @@ TEST(CDC, ItalicLeansToTheRight) {
     EXPECT_NEAR(lean(false), 0.0, 0.5);
     EXPECT_GT(lean(true), 2.0); // about a fifth of the half ascent between the two halves
 }
+
+TEST(CDC, CharactersTheFaceLacksComeFromAnotherInstalledFace) {
+    // DejaVu Sans Mono has no Hebrew; DejaVu Sans (the same family, same package) has.
+    const unsigned saved = talvor::platform::SystemCodePage();
+    ASSERT_TRUE(talvor::platform::SetSystemCodePage(talvor::platform::CodePageUtf8));
+    const char* alef = "\xD7\x90";
+    Canvas mono(40, 40, Font("DejaVu Sans Mono", -20));
+    Canvas sans(40, 40, Font("DejaVu Sans", -20));
+    mono.dc.TextOut(5, 5, alef, 2);
+    sans.dc.TextOut(5, 5, alef, 2);
+    const int monoWidth = mono.dc.GetTextExtent(alef, 2).cx;
+    const int sansWidth = sans.dc.GetTextExtent(alef, 2).cx;
+    talvor::platform::SetSystemCodePage(saved);
+    EXPECT_EQ(monoWidth, sansWidth);
+    int differing = 0, ink = 0;
+    for (int y = 0; y < 40; ++y)
+        for (int x = 0; x < 40; ++x) {
+            differing += mono.bitmap.GetPixelColor(x, y) != sans.bitmap.GetPixelColor(x, y);
+            ink += sans.bitmap.GetPixelColor(x, y) == Black;
+        }
+    EXPECT_GT(ink, 0);
+    EXPECT_EQ(differing, 0);
+}

@@ -84,14 +84,16 @@ struct Match {
     std::string file;
     int index = 0;
     std::string family;
-    int weight = FW_NORMAL; // OpenType scale, as lfWeight
-    bool italic = false;
 };
 
 // fontconfig's best face for a family; with exactFamily, only a face whose family is that name.
-bool MatchFamily(const std::string& family, int weight, bool italic, bool exactFamily, Match& out) {
+bool FontconfigReady() {
     static const bool ready = FcInit() == FcTrue;
-    if (!ready)
+    return ready;
+}
+
+bool MatchFamily(const std::string& family, int weight, bool italic, bool exactFamily, Match& out) {
+    if (!FontconfigReady())
         return false;
     FcPattern* pattern = FcPatternCreate();
     if (!pattern)
@@ -165,6 +167,9 @@ std::shared_ptr<FontFace> FontFace::ForLogFont(const LOGFONT& logFont) {
 }
 
 FontFace::~FontFace() {
+    for (FallbackFace& fallback : m_fallbacks)
+        if (fallback.face)
+            FT_Done_Face(static_cast<FT_Face>(fallback.face));
     if (m_face)
         FT_Done_Face(static_cast<FT_Face>(m_face));
 }
@@ -230,6 +235,7 @@ void FontFace::Open(const LOGFONT& logFont) {
         em = logFont.lfHeight * unitsPerEm / (ascentUnits + descentUnits);
     em = std::clamp(em, 1.0, MaxEmPixels);
     FT_Set_Char_Size(face, 0, static_cast<FT_F26Dot6>(std::lround(em * 64)), 72, 72);
+    m_emPixels = em;
     const double scale = em / unitsPerEm;
 
     FaceMetrics& m = m_metrics;
@@ -245,9 +251,9 @@ void FontFace::Open(const LOGFONT& logFont) {
         m.externalLeading = std::max(0, static_cast<int>(std::lround(gap * scale)));
     }
     m.fixedPitch = FT_IS_FIXED_WIDTH(face);
-    m_emboldenStrength = m_emboldenSynthetic ? std::max<int>(64, std::lround(em / 48) * 64) : 0;
-    m.maxCharWidth =
-        static_cast<int>(std::lround(face->max_advance_width * scale)) + m_emboldenStrength / 64;
+    m_emboldenStrength = std::max<int>(64, std::lround(em / 48) * 64);
+    m.maxCharWidth = static_cast<int>(std::lround(face->max_advance_width * scale)) +
+                     (m_emboldenSynthetic ? m_emboldenStrength / 64 : 0);
     if (m.fixedPitch || !os2 || os2->xAvgCharWidth <= 0)
         m.aveCharWidth = GlyphFor(m.fixedPitch ? U' ' : U'x').advance;
     else
@@ -261,38 +267,106 @@ void FontFace::Open(const LOGFONT& logFont) {
                               : m.ascent / 3;
 }
 
+void FontFace::Render(void* faceHandle, unsigned glyphIndex, bool embolden, bool oblique,
+                      Glyph& glyph) const {
+    FT_Face face = static_cast<FT_Face>(faceHandle);
+    if (FT_Load_Glyph(face, glyphIndex, FT_LOAD_TARGET_LIGHT | FT_LOAD_NO_BITMAP) != 0)
+        return;
+    FT_GlyphSlot slot = face->glyph;
+    if (slot->format == FT_GLYPH_FORMAT_OUTLINE) {
+        if (oblique)
+            FT_GlyphSlot_Oblique(slot);
+        if (embolden)
+            FT_Outline_EmboldenXY(&slot->outline, m_emboldenStrength, 0);
+    }
+    glyph.advance =
+        static_cast<int>((slot->advance.x + 32) >> 6) + (embolden ? m_emboldenStrength / 64 : 0);
+    if (FT_Render_Glyph(slot, FT_RENDER_MODE_LIGHT) != 0 ||
+        slot->bitmap.pixel_mode != FT_PIXEL_MODE_GRAY)
+        return;
+    const FT_Bitmap& bitmap = slot->bitmap;
+    glyph.left = slot->bitmap_left;
+    glyph.top = slot->bitmap_top;
+    glyph.width = static_cast<int>(bitmap.width);
+    glyph.rows = static_cast<int>(bitmap.rows);
+    glyph.coverage.resize(static_cast<std::size_t>(glyph.width) * glyph.rows);
+    const int pitch = bitmap.pitch;
+    const unsigned char* row =
+        pitch >= 0 ? bitmap.buffer : bitmap.buffer - pitch * (glyph.rows - 1);
+    for (int y = 0; y < glyph.rows; ++y, row += pitch)
+        std::memcpy(&glyph.coverage[static_cast<std::size_t>(y) * glyph.width], row, glyph.width);
+}
+
+const FontFace::FallbackFace* FontFace::FallbackFor(char32_t codePoint) {
+    if (codePoint < 0x20 || !FontconfigReady() || !Library())
+        return nullptr;
+    FcPattern* pattern = FcPatternCreate();
+    FcCharSet* wanted = FcCharSetCreate();
+    if (!pattern || !wanted) {
+        if (pattern)
+            FcPatternDestroy(pattern);
+        if (wanted)
+            FcCharSetDestroy(wanted);
+        return nullptr;
+    }
+    FcCharSetAddChar(wanted, codePoint);
+    FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(m_family.c_str()));
+    FcPatternAddCharSet(pattern, FC_CHARSET, wanted);
+    FcCharSetDestroy(wanted);
+    FcPatternAddInteger(pattern, FC_WEIGHT, FcWeightFromOpenType(m_weight));
+    FcPatternAddInteger(pattern, FC_SLANT, m_italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
+    FcPatternAddBool(pattern, FC_SCALABLE, FcTrue);
+    FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
+    FcDefaultSubstitute(pattern);
+    FcResult result = FcResultNoMatch;
+    FcPattern* match = FcFontMatch(nullptr, pattern, &result);
+    FcPatternDestroy(pattern);
+    if (!match)
+        return nullptr;
+    FcCharSet* has = nullptr;
+    FcChar8* file = nullptr;
+    int index = 0;
+    const bool covers = FcPatternGetCharSet(match, FC_CHARSET, 0, &has) == FcResultMatch &&
+                        FcCharSetHasChar(has, codePoint) &&
+                        FcPatternGetString(match, FC_FILE, 0, &file) == FcResultMatch;
+    const std::string path = covers ? reinterpret_cast<const char*>(file) : "";
+    FcPatternGetInteger(match, FC_INDEX, 0, &index);
+    FcPatternDestroy(match);
+    if (!covers || (path == m_file))
+        return nullptr;
+    for (const FallbackFace& known : m_fallbacks)
+        if (known.file == path && known.index == index)
+            return known.face ? &known : nullptr;
+    FallbackFace fallback{nullptr, path, index};
+    FT_Face face = nullptr;
+    if (FT_New_Face(Library(), path.c_str(), index, &face) == 0 && FT_IS_SCALABLE(face)) {
+        FT_Set_Char_Size(face, 0, static_cast<FT_F26Dot6>(std::lround(m_emPixels * 64)), 72, 72);
+        const TT_OS2* os2 = static_cast<TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
+        const bool bold = os2 && os2->version != 0xFFFF ? os2->usWeightClass >= FW_SEMIBOLD
+                                                        : (face->style_flags & FT_STYLE_FLAG_BOLD);
+        fallback.face = face;
+        fallback.embolden = m_weight >= FW_SEMIBOLD && !bold;
+        fallback.oblique = m_italic && !(face->style_flags & FT_STYLE_FLAG_ITALIC);
+    } else if (face) {
+        FT_Done_Face(face);
+    }
+    m_fallbacks.push_back(std::move(fallback));
+    return m_fallbacks.back().face ? &m_fallbacks.back() : nullptr;
+}
+
 const Glyph& FontFace::Load(char32_t codePoint) {
     if (auto found = m_glyphs.find(codePoint); found != m_glyphs.end())
         return *found->second;
     auto glyph = std::make_unique<Glyph>();
     if (FT_Face face = static_cast<FT_Face>(m_face)) {
         const FT_UInt index = FT_Get_Char_Index(face, codePoint);
-        if (FT_Load_Glyph(face, index, FT_LOAD_TARGET_LIGHT | FT_LOAD_NO_BITMAP) == 0) {
-            FT_GlyphSlot slot = face->glyph;
-            if (slot->format == FT_GLYPH_FORMAT_OUTLINE) {
-                if (m_obliqueSynthetic)
-                    FT_GlyphSlot_Oblique(slot);
-                if (m_emboldenSynthetic)
-                    FT_Outline_EmboldenXY(&slot->outline, m_emboldenStrength, 0);
-            }
-            glyph->advance =
-                static_cast<int>((slot->advance.x + 32) >> 6) + m_emboldenStrength / 64;
-            if (FT_Render_Glyph(slot, FT_RENDER_MODE_LIGHT) == 0 &&
-                slot->bitmap.pixel_mode == FT_PIXEL_MODE_GRAY) {
-                const FT_Bitmap& bitmap = slot->bitmap;
-                glyph->left = slot->bitmap_left;
-                glyph->top = slot->bitmap_top;
-                glyph->width = static_cast<int>(bitmap.width);
-                glyph->rows = static_cast<int>(bitmap.rows);
-                glyph->coverage.resize(static_cast<std::size_t>(glyph->width) * glyph->rows);
-                const int pitch = bitmap.pitch;
-                const unsigned char* row =
-                    pitch >= 0 ? bitmap.buffer : bitmap.buffer - pitch * (glyph->rows - 1);
-                for (int y = 0; y < glyph->rows; ++y, row += pitch)
-                    std::memcpy(&glyph->coverage[static_cast<std::size_t>(y) * glyph->width], row,
-                                glyph->width);
-            }
-        }
+        const FallbackFace* fallback = index == 0 ? FallbackFor(codePoint) : nullptr;
+        if (fallback)
+            Render(fallback->face,
+                   FT_Get_Char_Index(static_cast<FT_Face>(fallback->face), codePoint),
+                   fallback->embolden, fallback->oblique, *glyph);
+        else
+            Render(face, index, m_emboldenSynthetic, m_obliqueSynthetic, *glyph);
     }
     const Glyph& result = *glyph;
     if (codePoint < 128)

@@ -56,8 +56,10 @@ public:
     int Weight() const { return m_weight; }
     bool Italic() const { return m_italic; }
 
-    // The glyph of a code point, rendered on first use. A code point the face lacks gives the
-    // face's missing-glyph box; an unloaded face gives an empty glyph of no width.
+    // The glyph of a code point, rendered on first use. A code point the face lacks comes from
+    // the installed face fontconfig finds for it, the same family preferred, at the same size;
+    // when none has it, the face's missing-glyph box. An unloaded face gives an empty glyph of
+    // no width.
     const Glyph& GlyphFor(char32_t codePoint) {
         if (codePoint < 128 && m_ascii[codePoint])
             return *m_ascii[codePoint];
@@ -65,9 +67,20 @@ public:
     }
 
 private:
+    // Another installed face that holds a character this one lacks, at the same size.
+    struct FallbackFace {
+        void* face = nullptr; // FT_Face
+        std::string file;
+        int index = 0;
+        bool embolden = false;
+        bool oblique = false;
+    };
+
     FontFace() = default;
     void Open(const LOGFONT& logFont);
     const Glyph& Load(char32_t codePoint);
+    const FallbackFace* FallbackFor(char32_t codePoint);
+    void Render(void* face, unsigned glyphIndex, bool embolden, bool oblique, Glyph& glyph) const;
 
     void* m_face = nullptr; // FT_Face
     std::string m_family;
@@ -77,6 +90,8 @@ private:
     bool m_emboldenSynthetic = false;
     bool m_obliqueSynthetic = false;
     int m_emboldenStrength = 0; // 26.6 pixels added to the width of a synthetic bold glyph
+    double m_emPixels = 0;
+    std::vector<FallbackFace> m_fallbacks;
     FaceMetrics m_metrics;
     const Glyph* m_ascii[128] = {};
     std::unordered_map<char32_t, std::unique_ptr<Glyph>> m_glyphs;
