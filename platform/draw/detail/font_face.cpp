@@ -20,6 +20,11 @@
 #include <strings.h>
 #include <tuple>
 
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer) && !defined(__SANITIZE_ADDRESS__)
+#define __SANITIZE_ADDRESS__ 1  // clang names it by feature only
+#endif
+#endif
 #if defined(__SANITIZE_ADDRESS__)
 // fontconfig 2.14 loses a few hundred bytes while it parses its configuration files, once per
 // process; LeakSanitizer is told so here, in the one library that calls fontconfig, so every
