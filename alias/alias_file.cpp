@@ -7,6 +7,7 @@
 #include "platform/app/module_path.h"
 #include "platform/files/file_system.h"
 #include "platform/intl/language_ids.h"
+#include "typeinfo/instance_helpers.h"
 
 #include <climits>
 #include <sys/stat.h>
@@ -102,6 +103,14 @@ int CTalvorOcxAlias::SaveToFile(const char* fileName) {
 void CTalvorOcxAlias::SetIniText(CString text) {
     m_strIniText = text;
     m_nReloadKind = 4;
+}
+
+int CTalvorOcxAlias::LoadFromCLSID(GUID clsid) {
+    return LoadFromCLSID(TVPfxGetCLSID(clsid));
+}
+
+void CTalvorOcxAlias::SetCLSID(GUID clsid) {
+    SetCLSID(TVPfxGetCLSID(clsid));
 }
 
 void CTalvorOcxAlias::SetCLSID(const char* clsid) {

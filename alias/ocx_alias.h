@@ -25,6 +25,7 @@
 //   so a failed save leaves the old file whole; GetLastSaveError says why it failed.
 #pragma once
 
+#include "platform/com/guid.h"
 #include "platform/strings/arrays.h"
 #include "platform/strings/cstring.h"
 
@@ -53,6 +54,7 @@ public:
     // The same for the control's own file in the alias folder; a control without a display
     // name gives the empty path, which the load refuses with 0.
     int LoadFromCLSID(const char* clsid);
+    int LoadFromCLSID(GUID clsid);
     // Writes exactly the text, no more. 0 for a null or empty name or a failed write (a missing
     // folder among the causes: it isn't created); the old file and the file name stay then.
     int SaveToFile(const char* fileName);
@@ -69,6 +71,8 @@ public:
     // text lacks one) in place of the first CLSID line, or at the top. No effect for a control
     // without a display name.
     void SetCLSID(const char* clsid);
+    // The same with the identifier in its registry text, braces and upper-case digits.
+    void SetCLSID(GUID clsid);
     // The identifier the first CLSID line states; empty when there is none.
     CString GetCLSID();
     // Writes "Default=[0x%04x]" in place of every Default line, or at the top. 0 stands for the

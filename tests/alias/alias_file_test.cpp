@@ -16,6 +16,7 @@ namespace {
 
 constexpr const char* GaugeId = "{11111111-2222-3333-4444-555555555555}";
 constexpr const char* ListId = "{22222222-0000-0000-0000-000000000000}";
+constexpr const char* LetteredId = "{a1b2c3d4-0000-4000-8000-00000000abcd}";
 constexpr const char* FormId = "{d548483f-01fa-4037-b0f5-b90f5db46d20}";
 
 // Controls registered with display names for the time of a test. The form's own identifier is
@@ -25,6 +26,7 @@ struct ControlNames {
         Register(GaugeId, "Sample Gauge Control");
         Register(ListId, "List.Box (2)");
         Register(FormId, "Not The Form");
+        Register(LetteredId, "Lettered Control");
     }
     ~ControlNames() {
         for (const GUID& clsid : m_registered)
@@ -152,6 +154,24 @@ TEST(AliasFile, LoadNormalisesAndAFailedLoadLeavesTheNameAndAnEmptyText) {
     EXPECT_EQ(alias.LoadFromCLSID("{99999999-0000-0000-0000-000000000000}"), 0);
     EXPECT_EQ(alias.GetFileName(), "");
     EXPECT_EQ(alias.LoadFromFile(nullptr), 0);
+}
+
+TEST(AliasFile, IdentifiersGivenAsGuidsGoThroughTheirUpperCaseText) {
+    AliasFolder folder;
+    ControlNames names;
+    const GUID lettered = talvor::platform::MakeGuid(LetteredId);
+    folder.Write("Lettered Control.ini", "Default=[0x0407]\n");
+    AliasProbe alias;
+    ASSERT_EQ(alias.LoadFromCLSID(lettered), 1);
+    EXPECT_EQ(alias.GetFileName(), folder.AliasPath("Lettered Control.ini").c_str());
+    alias.SetCLSID(lettered);
+    EXPECT_EQ(alias.GetCLSID(), "{A1B2C3D4-0000-4000-8000-00000000ABCD}");
+    EXPECT_EQ(alias.GetIniText(), ";Lettered Control\r\nCLSID=\"{A1B2C3D4-0000-4000-8000-"
+                                  "00000000ABCD}\"\r\nDefault=[0x0407]\r\n\r\n");
+    // The null identifier has no display name: nothing to load, nothing written.
+    EXPECT_EQ(alias.LoadFromCLSID(GUID_NULL), 0);
+    alias.SetCLSID(GUID_NULL);
+    EXPECT_EQ(alias.GetIniText(), "");
 }
 
 TEST(AliasFile, SaveWritesExactlyTheTextAndNeverLosesTheOldFile) {
