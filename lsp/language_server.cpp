@@ -1,8 +1,11 @@
 // Lifecycle, document synchronisation and request dispatch of the language server.
 #include "lsp/language_server.h"
 
+#include "lsp/detail/editing_queries.h"
 #include "lsp/detail/script_queries.h"
 #include "platform/codepage/code_page.h"
+#include "syntax/document_colourer.h"
+#include "syntax/languages.h"
 
 #include <stdexcept>
 
@@ -56,10 +59,23 @@ Json Capabilities() {
         {"referencesProvider", true},
         {"documentHighlightProvider", true},
         {"hoverProvider", true},
+        {"semanticTokensProvider",
+         {{"legend", detail::SemanticTokenLegend()}, {"full", true}, {"range", true}}},
+        {"completionProvider", {{"resolveProvider", false}}},
+        {"renameProvider", {{"prepareProvider", true}}},
+        {"documentFormattingProvider", true},
     };
 }
 
 } // namespace
+
+LanguageServer::LanguageServer()
+    : m_syntax(std::make_unique<CTalvorSyntax>()),
+      m_colourer(std::make_unique<syntax::DocumentColourer>(*m_syntax)) {
+    m_colourer->LoadLanguage(syntax::CodeOf(syntax::Language::Basic));
+}
+
+LanguageServer::~LanguageServer() = default;
 
 std::vector<Json> LanguageServer::ReceiveText(std::string_view body) {
     Json message = Json::parse(body, nullptr, false);
@@ -137,13 +153,24 @@ Json LanguageServer::Dispatch(const std::string& method, const Json& params,
     }
     if (method == "textDocument/didSave")
         return nullptr;
-    if (method == "textDocument/documentSymbol")
-        return detail::DocumentSymbols(RequireDocument(params));
+    if (method == "textDocument/documentSymbol") {
+        const TextDocument& document = RequireDocument(params);
+        return detail::DocumentSymbols(document, FormOf(document.Uri()));
+    }
+    if (method == "textDocument/semanticTokens/full")
+        return SemanticTokens(params, false);
+    if (method == "textDocument/semanticTokens/range")
+        return SemanticTokens(params, true);
+    if (method == "textDocument/formatting")
+        return Formatting(params);
+    if (method == "textDocument/rename")
+        return Rename(params);
     if (method == "textDocument/foldingRange")
         return detail::FoldingRanges(RequireDocument(params));
     const bool positional =
         method == "textDocument/definition" || method == "textDocument/references" ||
-        method == "textDocument/documentHighlight" || method == "textDocument/hover";
+        method == "textDocument/documentHighlight" || method == "textDocument/hover" ||
+        method == "textDocument/completion" || method == "textDocument/prepareRename";
     if (positional) {
         const TextDocument& document = RequireDocument(params);
         const Position position = RequirePosition(Field(params, "position"));
@@ -156,6 +183,10 @@ Json LanguageServer::Dispatch(const std::string& method, const Json& params,
         }
         if (method == "textDocument/documentHighlight")
             return detail::Highlights(document, position);
+        if (method == "textDocument/completion")
+            return detail::Completion(document, position, FormOf(document.Uri()));
+        if (method == "textDocument/prepareRename")
+            return detail::PrepareRename(document, position);
         return detail::Hover(document, position);
     }
     throw RequestError(MethodNotFound, "method '" + method + "' is not supported");
@@ -183,6 +214,11 @@ void LanguageServer::DidOpen(const Json& params) {
     const Json& version = Field(item, "version");
     m_documents[uri] = TextDocument(uri, version.is_number_integer() ? version.get<long>() : 0,
                                     FromUtf8(RequireString(item, "text")));
+    m_forms.erase(uri);
+    if (m_formSource) {
+        if (std::optional<FormOutline> form = m_formSource(uri))
+            m_forms[uri] = std::move(*form);
+    }
     m_changed.insert(uri);
 }
 
@@ -213,6 +249,7 @@ void LanguageServer::DidChange(const Json& params) {
 void LanguageServer::DidClose(const Json& params, std::vector<Json>& out) {
     const std::string uri = RequireString(Field(params, "textDocument"), "uri");
     m_documents.erase(uri);
+    m_forms.erase(uri);
     m_changed.erase(uri);
     // A closed document keeps no diagnostics in the client.
     out.push_back(Json{{"jsonrpc", "2.0"},
@@ -226,6 +263,53 @@ const TextDocument& LanguageServer::RequireDocument(const Json& params) const {
     if (document == nullptr)
         throw RequestError(InvalidParams, "document '" + uri + "' is not open");
     return *document;
+}
+
+const FormOutline* LanguageServer::FormOf(const std::string& uri) const {
+    const auto found = m_forms.find(uri);
+    return found == m_forms.end() ? nullptr : &found->second;
+}
+
+Json LanguageServer::SemanticTokens(const Json& params, bool ranged) {
+    const TextDocument& document = RequireDocument(params);
+    std::size_t first = 0, end = document.LineCount();
+    if (ranged) {
+        const Json& range = Field(params, "range");
+        const Position from = RequirePosition(Field(range, "start"));
+        const Position to = RequirePosition(Field(range, "end"));
+        if (to.line < from.line)
+            throw RequestError(InvalidParams, "the range ends before it starts");
+        first = from.line;
+        // A range ending at the start of a line doesn't take that line.
+        end = to.character == 0 && to.line > from.line ? to.line : to.line + 1;
+    }
+    return detail::SemanticTokens(*m_colourer, document, first, end);
+}
+
+Json LanguageServer::Formatting(const Json& params) {
+    const TextDocument& document = RequireDocument(params);
+    const Json& options = Field(params, "options");
+    const Json& tabSize = Field(options, "tabSize");
+    const Json& insertSpaces = Field(options, "insertSpaces");
+    std::size_t indent = 4;
+    if (tabSize.is_number_integer() && tabSize.get<long long>() >= 0 &&
+        tabSize.get<long long>() <= 16)
+        indent = tabSize.get<std::size_t>();
+    else if (!tabSize.is_null())
+        throw RequestError(InvalidParams, "options.tabSize must be a number from 0 to 16");
+    return detail::Formatting(document, indent,
+                              !insertSpaces.is_boolean() || insertSpaces.get<bool>());
+}
+
+Json LanguageServer::Rename(const Json& params) {
+    const TextDocument& document = RequireDocument(params);
+    const Position position = RequirePosition(Field(params, "position"));
+    std::string refusal;
+    Json edit =
+        detail::Rename(document, position, FromUtf8(RequireString(params, "newName")), refusal);
+    if (!refusal.empty())
+        throw RequestError(InvalidParams, "cannot rename: " + refusal);
+    return edit;
 }
 
 const TextDocument* LanguageServer::Document(const std::string& uri) const {

@@ -4,15 +4,24 @@
 // once per burst of edits.
 #pragma once
 
+#include "lsp/form_outline.h"
 #include "lsp/text_document.h"
 
 #include <nlohmann/json.hpp>
 
+#include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
+
+class CTalvorSyntax;
+namespace talvor::syntax {
+class DocumentColourer;
+}
 
 namespace talvor::lsp {
 
@@ -31,6 +40,14 @@ enum ErrorCode : int {
 
 class LanguageServer {
 public:
+    LanguageServer();
+    ~LanguageServer();
+
+    // Where the server finds the form a script belongs to when the script opens; without a
+    // source, or when it answers nothing, the script has no form.
+    using FormSource = std::function<std::optional<FormOutline>(const std::string& uri)>;
+    void SetFormSource(FormSource source) { m_formSource = std::move(source); }
+
     // One message body as the client sent it; malformed JSON gives a ParseError response.
     std::vector<Json> ReceiveText(std::string_view body);
     // One parsed message: the responses and notifications to send, in order.
@@ -53,6 +70,15 @@ private:
     void DidChange(const Json& params);
     void DidClose(const Json& params, std::vector<Json>& out);
     const TextDocument& RequireDocument(const Json& params) const;
+    const FormOutline* FormOf(const std::string& uri) const;
+    Json SemanticTokens(const Json& params, bool ranged);
+    Json Formatting(const Json& params);
+    Json Rename(const Json& params);
+
+    std::unique_ptr<CTalvorSyntax> m_syntax; // colours VBScript for the semantic tokens
+    std::unique_ptr<syntax::DocumentColourer> m_colourer;
+    FormSource m_formSource;
+    std::map<std::string, FormOutline> m_forms; // of open documents that have one
 
     std::map<std::string, TextDocument> m_documents;
     std::set<std::string> m_changed;   // documents whose diagnostics are due

@@ -19,16 +19,14 @@ enum SymbolKind {
     Property = 7,
     Function = 12,
     Variable = 13,
-    Constant = 14
+    Constant = 14,
+    Object = 19,
+    Event = 24
 };
 
 Json PositionJson(const TextDocument& document, std::size_t offset) {
     const Position position = document.PositionAt(offset);
     return Json{{"line", position.line}, {"character", position.character}};
-}
-
-Json RangeJson(const TextDocument& document, std::size_t from, std::size_t to) {
-    return Json{{"start", PositionJson(document, from)}, {"end", PositionJson(document, to)}};
 }
 
 Json RangeOfText(const TextDocument& document, const vbs::Node& node) {
@@ -40,46 +38,10 @@ bool IsWordByte(char c) {
     return (b >= 'A' && b <= 'Z') || (b >= 'a' && b <= 'z') || (b >= '0' && b <= '9') || b == '_';
 }
 
-// The name under (or just behind) the position; empty when there is none.
-std::string WordAt(const TextDocument& document, Position position) {
-    const std::string& text = document.Text();
-    std::size_t offset = document.OffsetAt(position);
-    if ((offset >= text.size() || !IsWordByte(text[offset])) && offset > 0 &&
-        IsWordByte(text[offset - 1]))
-        --offset;
-    if (offset >= text.size() || !IsWordByte(text[offset]))
-        return {};
-    std::size_t start = offset;
-    while (start > 0 && IsWordByte(text[start - 1]))
-        --start;
-    std::size_t end = offset;
-    while (end < text.size() && IsWordByte(text[end]))
-        ++end;
-    return text.substr(start, end - start);
-}
-
-bool SameName(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
-}
-
-bool Declares(vbs::NodeKind kind) {
-    return kind == vbs::NodeKind::Procedure || kind == vbs::NodeKind::Parameter ||
-           kind == vbs::NodeKind::Declarator || kind == vbs::NodeKind::ConstDeclarator ||
-           kind == vbs::NodeKind::ClassDeclaration;
-}
-
-// Every node that names `name`: declarations and plain identifiers.
-std::vector<const vbs::Node*> Uses(const vbs::SyntaxTree& tree, std::string_view name,
-                                   bool withDeclarations) {
-    std::vector<const vbs::Node*> uses;
-    for (const vbs::Node& node : tree.nodes) {
-        const bool identifier = node.kind == vbs::NodeKind::Identifier;
-        if (!identifier && !(withDeclarations && Declares(node.kind)))
-            continue;
-        if (node.textLength > 0 && SameName(tree.Text(node), name))
-            uses.push_back(&node);
-    }
-    return uses;
+// The name at the position as text; empty when there is none.
+std::string WordTextAt(const TextDocument& document, Position position) {
+    const WordSpan span = WordAt(document, position);
+    return document.Text().substr(span.begin, span.end - span.begin);
 }
 
 int ProcedureSymbolKind(vbs::ProcedureKind kind, bool inClass) {
@@ -157,6 +119,49 @@ bool Folds(vbs::NodeKind kind) {
 
 } // namespace
 
+Json RangeJson(const TextDocument& document, std::size_t from, std::size_t to) {
+    return Json{{"start", PositionJson(document, from)}, {"end", PositionJson(document, to)}};
+}
+
+WordSpan WordAt(const TextDocument& document, Position position) {
+    const std::string& text = document.Text();
+    std::size_t offset = document.OffsetAt(position);
+    if ((offset >= text.size() || !IsWordByte(text[offset])) && offset > 0 &&
+        IsWordByte(text[offset - 1]))
+        --offset;
+    if (offset >= text.size() || !IsWordByte(text[offset]))
+        return {};
+    WordSpan span{offset, offset};
+    while (span.begin > 0 && IsWordByte(text[span.begin - 1]))
+        --span.begin;
+    while (span.end < text.size() && IsWordByte(text[span.end]))
+        ++span.end;
+    return span;
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
+
+bool DeclaresName(vbs::NodeKind kind) {
+    return kind == vbs::NodeKind::Procedure || kind == vbs::NodeKind::Parameter ||
+           kind == vbs::NodeKind::Declarator || kind == vbs::NodeKind::ConstDeclarator ||
+           kind == vbs::NodeKind::ClassDeclaration;
+}
+
+std::vector<const vbs::Node*> NameUses(const vbs::SyntaxTree& tree, std::string_view name,
+                                       bool withDeclarations) {
+    std::vector<const vbs::Node*> uses;
+    for (const vbs::Node& node : tree.nodes) {
+        const bool identifier = node.kind == vbs::NodeKind::Identifier;
+        if (!identifier && !(withDeclarations && DeclaresName(node.kind)))
+            continue;
+        if (node.textLength > 0 && SameName(tree.Text(node), name))
+            uses.push_back(&node);
+    }
+    return uses;
+}
+
 Json Diagnostics(const TextDocument& document) {
     const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
     Json diagnostics = Json::array();
@@ -173,11 +178,51 @@ Json Diagnostics(const TextDocument& document) {
     return diagnostics;
 }
 
-Json DocumentSymbols(const TextDocument& document) {
+Json DocumentSymbols(const TextDocument& document, const FormOutline* form) {
     const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
     Json symbols = Json::array();
     BlockSymbols(document, tree, 0, false, symbols);
-    return symbols;
+    if (form == nullptr)
+        return symbols;
+    // Handlers named "<control>_<event>" move under one symbol per control of the form (and
+    // one for the form itself), which spans its handlers.
+    std::vector<std::string> owners;
+    for (const FormControl& control : form->controls)
+        owners.push_back(control.name);
+    if (!form->name.empty())
+        owners.push_back(form->name);
+    std::vector<Json> groups(owners.size());
+    Json rest = Json::array();
+    for (Json& symbol : symbols) {
+        const std::string name = FromUtf8(symbol["name"].get<std::string>());
+        std::size_t owner = owners.size();
+        const bool procedure = symbol["kind"] == Function;
+        for (std::size_t i = 0; procedure && i < owners.size(); ++i)
+            if (name.size() > owners[i].size() + 1 && name[owners[i].size()] == '_' &&
+                SameName(std::string_view(name).substr(0, owners[i].size()), owners[i]))
+                owner = i;
+        if (owner == owners.size()) {
+            rest.push_back(std::move(symbol));
+            continue;
+        }
+        Json& group = groups[owner];
+        symbol["kind"] = Event;
+        if (group.is_null()) {
+            const bool isForm = owner == form->controls.size();
+            group = Json{{"name", ToUtf8(owners[owner])},
+                         {"detail", isForm ? "form" : "control"},
+                         {"kind", isForm ? Class : Object},
+                         {"range", symbol["range"]},
+                         {"selectionRange", symbol["selectionRange"]},
+                         {"children", Json::array()}};
+        }
+        group["range"]["end"] = symbol["range"]["end"];
+        group["children"].push_back(std::move(symbol));
+    }
+    for (Json& group : groups)
+        if (!group.is_null())
+            rest.push_back(std::move(group));
+    return rest;
 }
 
 Json FoldingRanges(const TextDocument& document) {
@@ -210,7 +255,7 @@ Json FoldingRanges(const TextDocument& document) {
 }
 
 Json Definition(const TextDocument& document, Position position) {
-    const std::string word = WordAt(document, position);
+    const std::string word = WordTextAt(document, position);
     Json locations = Json::array();
     if (word.empty())
         return locations;
@@ -225,32 +270,32 @@ Json Definition(const TextDocument& document, Position position) {
 }
 
 Json References(const TextDocument& document, Position position, bool withDeclarations) {
-    const std::string word = WordAt(document, position);
+    const std::string word = WordTextAt(document, position);
     Json locations = Json::array();
     if (word.empty())
         return locations;
     const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
-    for (const vbs::Node* node : Uses(tree, word, withDeclarations))
+    for (const vbs::Node* node : NameUses(tree, word, withDeclarations))
         locations.push_back(Json{{"uri", document.Uri()}, {"range", RangeOfText(document, *node)}});
     return locations;
 }
 
 Json Highlights(const TextDocument& document, Position position) {
-    const std::string word = WordAt(document, position);
+    const std::string word = WordTextAt(document, position);
     Json highlights = Json::array();
     if (word.empty())
         return highlights;
     const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
-    for (const vbs::Node* node : Uses(tree, word, true)) {
+    for (const vbs::Node* node : NameUses(tree, word, true)) {
         // Text 1, Read 2, Write 3: a declaration or an assignment's target is written.
-        highlights.push_back(
-            Json{{"range", RangeOfText(document, *node)}, {"kind", Declares(node->kind) ? 3 : 2}});
+        highlights.push_back(Json{{"range", RangeOfText(document, *node)},
+                                  {"kind", DeclaresName(node->kind) ? 3 : 2}});
     }
     return highlights;
 }
 
 Json Hover(const TextDocument& document, Position position) {
-    const std::string word = WordAt(document, position);
+    const std::string word = WordTextAt(document, position);
     if (word.empty())
         return nullptr;
     const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());

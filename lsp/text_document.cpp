@@ -159,6 +159,17 @@ void TextDocument::SetText(std::string text, long version) {
     IndexLines();
 }
 
+std::size_t Utf16Length(std::string_view text) {
+    std::size_t units = 0;
+    for (std::size_t pos = 0; pos < text.size();) {
+        const std::size_t n =
+            std::min(std::max<std::size_t>(CharLengthAt(text, pos), 1), text.size() - pos);
+        units += WideUnits(text, pos, n);
+        pos += n;
+    }
+    return units;
+}
+
 std::string FromUtf8(std::string_view utf8) {
     if (platform::SystemCodePage() == platform::CodePageUtf8)
         return std::string(utf8);

@@ -47,6 +47,9 @@ private:
     std::vector<std::size_t> m_lineStarts{0};
 };
 
+// UTF-16 code units of text in the system code page.
+std::size_t Utf16Length(std::string_view text);
+
 // UTF-8 (JSON's strings) to the system code page and back; invalid UTF-8 bytes become U+FFFD.
 std::string FromUtf8(std::string_view utf8);
 std::string ToUtf8(std::string_view text);

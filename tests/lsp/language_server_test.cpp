@@ -1,6 +1,8 @@
 // The language server's logic, messages in and out: lifecycle, incremental edits counted in
 // UTF-16 units, diagnostics that come and go, the outline, folding, names and their uses, and
 // answers to bad requests.
+#include "tests/lsp/lsp_session.h"
+
 #include "lsp/language_server.h"
 #include "lsp/message_framing.h"
 #include "platform/codepage/code_page.h"
@@ -12,57 +14,8 @@ using talvor::lsp::LanguageServer;
 
 namespace {
 
-const char* const Uri = "file:///form.vbs";
-
-struct Session {
-    Session(Json options = Json::object()) {
-        former = talvor::platform::SystemCodePage();
-        const auto out =
-            server.Receive(Request(1, "initialize", {{"initializationOptions", options}}));
-        capabilities = out.at(0)["result"]["capabilities"];
-        server.Receive(Json{{"jsonrpc", "2.0"}, {"method", "initialized"}, {"params", {}}});
-    }
-    ~Session() { talvor::platform::SetSystemCodePage(former); }
-
-    static Json Request(int id, const char* method, Json params) {
-        return Json{{"jsonrpc", "2.0"}, {"id", id}, {"method", method}, {"params", params}};
-    }
-    static Json Notification(const char* method, Json params) {
-        return Json{{"jsonrpc", "2.0"}, {"method", method}, {"params", params}};
-    }
-    Json Ask(const char* method, Json params) {
-        params["textDocument"] = {{"uri", Uri}};
-        const auto out = server.Receive(Request(++lastId, method, params));
-        EXPECT_EQ(out.size(), 1u);
-        return out.empty() ? Json() : out[0];
-    }
-    void Open(const std::string& text) {
-        server.Receive(Notification(
-            "textDocument/didOpen",
-            {{"textDocument",
-              {{"uri", Uri}, {"languageId", "vbscript"}, {"version", 1}, {"text", text}}}}));
-    }
-    void Edit(int line, int from, int to, const std::string& text) {
-        server.Receive(Notification("textDocument/didChange",
-                                    {{"textDocument", {{"uri", Uri}, {"version", ++version}}},
-                                     {"contentChanges",
-                                      {{{"range",
-                                         {{"start", {{"line", line}, {"character", from}}},
-                                          {"end", {{"line", line}, {"character", to}}}}},
-                                        {"text", text}}}}}));
-    }
-    Json Diagnostics() {
-        const auto out = server.Idle();
-        EXPECT_EQ(out.size(), 1u);
-        return out.empty() ? Json() : out[0]["params"]["diagnostics"];
-    }
-
-    LanguageServer server;
-    Json capabilities;
-    unsigned former = 0;
-    int lastId = 1;
-    int version = 1;
-};
+using talvor::testing::Session;
+using talvor::testing::Uri;
 
 const char* const Script = "Option Explicit\n"
                            "Dim total\n"

@@ -3,8 +3,11 @@
 // the server for diagnostics once the client has been quiet for a moment.
 #include "tools/talvor/commands.h"
 
+#include "engine/script_text_disposal.h"
 #include "lsp/language_server.h"
 #include "lsp/message_framing.h"
+#include "platform/files/file_system.h"
+#include "tools/talvor/form_description.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -28,6 +31,59 @@ void Send(std::FILE* out, const std::vector<lsp::Json>& messages) {
         std::fflush(out);
 }
 
+// The local path of a "file:" URI, percent escapes decoded; empty for any other URI.
+std::string PathOfUri(const std::string& uri) {
+    const std::string scheme = "file://";
+    if (uri.compare(0, scheme.size(), scheme) != 0)
+        return {};
+    std::string path;
+    for (std::size_t i = scheme.size(); i < uri.size(); ++i) {
+        const auto hex = [](char c) {
+            return c >= '0' && c <= '9'   ? c - '0'
+                   : c >= 'a' && c <= 'f' ? c - 'a' + 10
+                   : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                          : -1;
+        };
+        if (uri[i] == '%' && i + 2 < uri.size() && hex(uri[i + 1]) >= 0 && hex(uri[i + 2]) >= 0) {
+            path.push_back(static_cast<char>(hex(uri[i + 1]) * 16 + hex(uri[i + 2])));
+            i += 2;
+        } else {
+            path.push_back(uri[i]);
+        }
+    }
+    return path;
+}
+
+// The form of a script NAME.vbs is the form description NAME.json beside it. A description
+// that can't be read gives no form; the reason goes to standard error, the client's log.
+std::optional<lsp::FormOutline> FormBesideScript(const std::string& uri) {
+    std::string path = PathOfUri(uri);
+    const std::size_t dot = path.rfind('.');
+    if (path.empty() || dot == std::string::npos || path.find('/', dot) != std::string::npos)
+        return std::nullopt;
+    path.replace(dot, std::string::npos, ".json");
+    std::string text, error;
+    if (!platform::FileExists(path))
+        return std::nullopt;
+    FormDescription form;
+    if (!platform::ReadWholeFile(path, text, error) || !ParseFormDescription(text, form, error)) {
+        std::fprintf(stderr, "talvor: %s: %s\n", path.c_str(), error.c_str());
+        return std::nullopt;
+    }
+    auto events = [](const std::vector<EventDescription>& list) {
+        std::vector<lsp::FormEvent> out;
+        for (const EventDescription& event : list)
+            out.push_back({event.name, event.params});
+        return out;
+    };
+    lsp::FormOutline outline;
+    outline.name = CTalvorScriptTextDisposal::GetDisposal().m_strSystemFuncName.Str();
+    outline.events = events(form.events);
+    for (const ControlDescription& control : form.controls)
+        outline.controls.push_back({control.name, events(control.events)});
+    return outline;
+}
+
 } // namespace
 
 int RunLsp(const Args& args, std::FILE* out) {
@@ -41,6 +97,7 @@ int RunLsp(const Args& args, std::FILE* out) {
         if (arg != "--stdio")
             return UserError("lsp: unknown argument '" + arg + "' (see talvor lsp --help)");
     lsp::LanguageServer server;
+    server.SetFormSource(FormBesideScript);
     lsp::MessageReader reader;
     bool diagnosticsDue = false;
     char buffer[64 * 1024];
