@@ -190,12 +190,14 @@ Json SemanticTokens(syntax::DocumentColourer& colourer, const TextDocument& docu
         }
         cookie = colourer.CookieForNextLine(colours.cookie, true);
     }
-    return Json{{"data", std::move(data)}};
+    Json tokens = Json::object();
+    tokens["data"] = std::move(data);
+    return tokens;
 }
 
 Json Formatting(const TextDocument& document, std::size_t indent, bool insertSpaces) {
     Json edits = Json::array();
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     if (!tree.errors.empty())
         return edits;
     // depth[l]: the level of line l (1-based), built from differences at block bounds.
@@ -252,7 +254,7 @@ Json Completion(const TextDocument& document, Position, const FormOutline* form)
         if (!label.empty() && seen.insert(key).second)
             items.push_back(CompletionItem(label, kind, detail));
     };
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     for (const vbs::ProcedureInfo& procedure : tree.Procedures()) {
         const std::string head(document.Line(procedure.begin.line - 1));
         offer(procedure.name, procedure.className.empty() ? Function : Method,
@@ -293,7 +295,7 @@ Json PrepareRename(const TextDocument& document, Position position) {
     const std::string word = document.Text().substr(span.begin, span.end - span.begin);
     if (IsReservedWord(word))
         return nullptr;
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     if (NameUses(tree, word, true).empty())
         return nullptr;
     return Json{{"range", RangeJson(document, span.begin, span.end)},
@@ -307,7 +309,7 @@ Json Rename(const TextDocument& document, Position position, const std::string& 
         return nullptr;
     const WordSpan span = WordAt(document, position);
     const std::string word = document.Text().substr(span.begin, span.end - span.begin);
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     const std::vector<const vbs::Node*> uses = span.Empty() || IsReservedWord(word)
                                                    ? std::vector<const vbs::Node*>{}
                                                    : NameUses(tree, word, true);

@@ -103,8 +103,12 @@ std::vector<Json> LanguageServer::Receive(const Json& message) {
     }
     try {
         Json result = Dispatch(name, Field(message, "params"), out);
-        if (isRequest)
-            out.push_back(Json{{"jsonrpc", "2.0"}, {"id", id}, {"result", result}});
+        if (isRequest) {
+            // Moved in, not listed in an initializer: a list would copy a large result.
+            Json response{{"jsonrpc", "2.0"}, {"id", id}};
+            response["result"] = std::move(result);
+            out.push_back(std::move(response));
+        }
     } catch (const RequestError& error) {
         if (isRequest)
             out.push_back(ErrorResponse(id, error.code, error.what()));

@@ -26,7 +26,10 @@ enum SymbolKind {
 
 Json PositionJson(const TextDocument& document, std::size_t offset) {
     const Position position = document.PositionAt(offset);
-    return Json{{"line", position.line}, {"character", position.character}};
+    Json json = Json::object();
+    json["line"] = position.line;
+    json["character"] = position.character;
+    return json;
 }
 
 Json RangeOfText(const TextDocument& document, const vbs::Node& node) {
@@ -53,12 +56,13 @@ int ProcedureSymbolKind(vbs::ProcedureKind kind, bool inClass) {
 
 Json Symbol(const TextDocument& document, const std::string& name, const char* detail, int kind,
             const vbs::Node& node) {
-    return Json{{"name", ToUtf8(name)},
-                {"detail", detail},
-                {"kind", kind},
-                {"range", RangeJson(document, node.begin.offset, node.end.offset)},
-                {"selectionRange", RangeOfText(document, node)},
-                {"children", Json::array()}};
+    Json symbol = Json::object();
+    symbol["name"] = ToUtf8(name);
+    symbol["detail"] = detail;
+    symbol["kind"] = kind;
+    symbol["range"] = RangeJson(document, node.begin.offset, node.end.offset);
+    symbol["selectionRange"] = RangeOfText(document, node);
+    return symbol;
 }
 
 // Symbols of the statements of a block: classes with their members, procedures, and the
@@ -71,10 +75,11 @@ void BlockSymbols(const TextDocument& document, const vbs::SyntaxTree& tree, vbs
         switch (node.kind) {
         case vbs::NodeKind::ClassDeclaration: {
             Json symbol = Symbol(document, name, "Class", Class, node);
+            symbol["children"] = Json::array();
             for (vbs::NodeIndex child : tree.Children(index))
                 if (tree.At(child).kind == vbs::NodeKind::Block)
                     BlockSymbols(document, tree, child, true, symbol["children"]);
-            symbols.push_back(symbol);
+            symbols.push_back(std::move(symbol));
             break;
         }
         case vbs::NodeKind::Procedure: {
@@ -120,7 +125,11 @@ bool Folds(vbs::NodeKind kind) {
 } // namespace
 
 Json RangeJson(const TextDocument& document, std::size_t from, std::size_t to) {
-    return Json{{"start", PositionJson(document, from)}, {"end", PositionJson(document, to)}};
+    // Members moved in one by one: an initializer list would copy each of them.
+    Json range = Json::object();
+    range["start"] = PositionJson(document, from);
+    range["end"] = PositionJson(document, to);
+    return range;
 }
 
 WordSpan WordAt(const TextDocument& document, Position position) {
@@ -163,7 +172,7 @@ std::vector<const vbs::Node*> NameUses(const vbs::SyntaxTree& tree, std::string_
 }
 
 Json Diagnostics(const TextDocument& document) {
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     Json diagnostics = Json::array();
     for (const vbs::SyntaxError& error : tree.errors) {
         // The error's place to the end of its line, so an editor underlines what follows.
@@ -179,7 +188,7 @@ Json Diagnostics(const TextDocument& document) {
 }
 
 Json DocumentSymbols(const TextDocument& document, const FormOutline* form) {
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     Json symbols = Json::array();
     BlockSymbols(document, tree, 0, false, symbols);
     if (form == nullptr)
@@ -226,7 +235,7 @@ Json DocumentSymbols(const TextDocument& document, const FormOutline* form) {
 }
 
 Json FoldingRanges(const TextDocument& document) {
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     Json ranges = Json::array();
     for (const vbs::Node& node : tree.nodes) {
         // The closing line stays visible: the range ends on the line before it.
@@ -259,7 +268,7 @@ Json Definition(const TextDocument& document, Position position) {
     Json locations = Json::array();
     if (word.empty())
         return locations;
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     for (const vbs::Node& node : tree.nodes)
         if ((node.kind == vbs::NodeKind::Procedure ||
              node.kind == vbs::NodeKind::ClassDeclaration) &&
@@ -274,7 +283,7 @@ Json References(const TextDocument& document, Position position, bool withDeclar
     Json locations = Json::array();
     if (word.empty())
         return locations;
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     for (const vbs::Node* node : NameUses(tree, word, withDeclarations))
         locations.push_back(Json{{"uri", document.Uri()}, {"range", RangeOfText(document, *node)}});
     return locations;
@@ -285,7 +294,7 @@ Json Highlights(const TextDocument& document, Position position) {
     Json highlights = Json::array();
     if (word.empty())
         return highlights;
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     for (const vbs::Node* node : NameUses(tree, word, true)) {
         // Text 1, Read 2, Write 3: a declaration or an assignment's target is written.
         highlights.push_back(Json{{"range", RangeOfText(document, *node)},
@@ -298,7 +307,7 @@ Json Hover(const TextDocument& document, Position position) {
     const std::string word = WordTextAt(document, position);
     if (word.empty())
         return nullptr;
-    const vbs::SyntaxTree tree = vbs::ParseScript(document.Text());
+    const vbs::SyntaxTree& tree = document.Tree();
     for (const vbs::ProcedureInfo& procedure : tree.Procedures()) {
         if (!SameName(procedure.name, word))
             continue;

@@ -1,5 +1,6 @@
 #include "lsp/text_document.h"
 
+#include "host/base/vbscript_parser.h"
 #include "platform/codepage/code_page.h"
 
 #include <algorithm>
@@ -94,7 +95,15 @@ TextDocument::TextDocument(std::string uri, long version, std::string text)
     IndexLines();
 }
 
+const host::vbscript::SyntaxTree& TextDocument::Tree() const {
+    if (!m_tree)
+        m_tree =
+            std::make_shared<const host::vbscript::SyntaxTree>(host::vbscript::ParseScript(m_text));
+    return *m_tree;
+}
+
 void TextDocument::IndexLines() {
+    m_tree.reset(); // every change of the text comes through here
     m_lineStarts.assign(1, 0);
     for (std::size_t i = 0; i < m_text.size(); ++i)
         if (m_text[i] == '\n')

@@ -3,7 +3,10 @@
 // back. Edits come as ranges in that form.
 #pragma once
 
+#include "host/base/vbscript_syntax_tree.h"
+
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,6 +37,10 @@ public:
     std::size_t OffsetAt(Position position) const;
     Position PositionAt(std::size_t offset) const;
 
+    // The text's syntax tree, parsed at the first question after a change and kept until the
+    // next: a burst of requests between two edits costs one parse.
+    const host::vbscript::SyntaxTree& Tree() const;
+
     // Replaces the bytes between two positions by text (in the system code page).
     void Replace(Position from, Position to, std::string_view text, long version);
     void SetText(std::string text, long version);
@@ -45,6 +52,7 @@ private:
     long m_version = 0;
     std::string m_text;
     std::vector<std::size_t> m_lineStarts{0};
+    mutable std::shared_ptr<const host::vbscript::SyntaxTree> m_tree;
 };
 
 // UTF-16 code units of text in the system code page.
