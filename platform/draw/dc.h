@@ -1,7 +1,8 @@
 // CDC: a device context drawing into the 32-bit raster of the bitmap it selects (the memory
 // contexts of double-buffered painting; a window's context selects the window's raster).
 // Coordinates are logical: device = logical + viewport origin. Every operation is clipped to
-// the clip rectangle and to the raster, whatever coordinates come in; without a bitmap nothing is
+// the clip rectangle and to the raster, whatever coordinates come in (sums beyond the 32-bit
+// range wrap, as in the window system, and are clipped like any other); without a bitmap nothing is
 // drawn. Selected objects are copied or shared when selected, so the previous object returned by
 // SelectObject is only a name for reselecting it.
 #pragma once
