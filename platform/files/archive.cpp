@@ -86,6 +86,10 @@ void CArchive::Write(const void* buffer, UINT count) {
     CheckMode(false);
     if (m_pFile == nullptr)
         return;
+    if (m_buffer.empty() && count >= m_bufferSize) {
+        m_pFile->Write(buffer, count); // a large block needn't pass through the buffer
+        return;
+    }
     m_buffer.append(static_cast<const char*>(buffer), count);
     if (m_buffer.size() >= m_bufferSize)
         Flush();
@@ -93,9 +97,13 @@ void CArchive::Write(const void* buffer, UINT count) {
 
 void CArchive::Flush() {
     if (IsStoring() && m_pFile != nullptr && !m_buffer.empty()) {
-        std::string pending;
-        pending.swap(m_buffer);
-        m_pFile->Write(pending.data(), static_cast<UINT>(pending.size()));
+        // The buffer is emptied whether or not the write throws (nothing is written twice),
+        // and keeps its capacity for the bytes that follow.
+        struct Emptied {
+            std::string& buffer;
+            ~Emptied() { buffer.clear(); }
+        } emptied{m_buffer};
+        m_pFile->Write(m_buffer.data(), static_cast<UINT>(m_buffer.size()));
     }
 }
 
