@@ -9,6 +9,7 @@
 #include "platform/core/error_text.h"
 #include "platform/regex/regex_engine.h"
 #include "text/detail/regex_cache.h"
+#include "text/detail/word_literal.h"
 
 #include <exception>
 #include <new>
@@ -109,6 +110,14 @@ int TVPfxTestByRegExp(CString pattern, CString text, short global, short ignoreC
 
 int talvor::text::TestByRegExp(std::string_view pattern, std::string_view text, short global,
                                short ignoreCase) {
+    // The engine's keyword test on ASCII text is a plain search: no engine call, no conversion.
+    if (const auto word = detail::WordLiteralOf(pattern);
+        word && talvor::platform::SystemPageKeepsAscii()) {
+        if (const auto hit = detail::TestWordLiteral(*word, text, ignoreCase != 0)) {
+            CTalvorRegExp::GetRegExp(); // the matcher exists after a first call, as always
+            return *hit ? 1 : 0;
+        }
+    }
     return Guarded([&](int& result) {
         RegExpEngine& engine = Engine();
         Buffers& kept = Kept();

@@ -113,6 +113,10 @@ bool AsciiSame(const PageInfo& page) {
 
 } // namespace
 
+bool SystemPageKeepsAscii() {
+    return AsciiSame(CurrentPage());
+}
+
 bool ToWide(std::string_view text, std::u16string& out) {
     const PageInfo& page = CurrentPage();
     // ASCII comes first and alone in almost every script line: it needs no table and no

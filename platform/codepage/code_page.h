@@ -51,6 +51,10 @@ inline std::size_t CharLengthAt(std::string_view text, std::size_t pos) {
     return CharLengthAt(text.data(), text.size(), pos);
 }
 
+// True when the system code page reads every byte below 0x80 as that ASCII character, so that
+// ASCII text is its own wide form, byte for character.
+bool SystemPageKeepsAscii();
+
 // Wide form of 8-bit text in the system code page. Bytes that do not form a character of the
 // page become one code unit each in 0xDC80..0xDCFF, so FromWide(ToWide(x)) == x for any x,
 // except where the page itself maps two byte pairs to one character (932 has such duplicates;
