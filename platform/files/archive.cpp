@@ -82,7 +82,7 @@ void CArchive::ReadExactly(void* buffer, UINT count) {
         AfxThrowArchiveException(CArchiveException::endOfFile, FileName().GetString());
 }
 
-void CArchive::Write(const void* buffer, UINT count) {
+void CArchive::WriteThrough(const void* buffer, UINT count) {
     CheckMode(false);
     if (m_pFile == nullptr)
         return;

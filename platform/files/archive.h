@@ -33,7 +33,14 @@ public:
 
     // Raw bytes. Read returns how many it got (fewer at the end of the data).
     UINT Read(void* buffer, UINT count);
-    void Write(const void* buffer, UINT count);
+    void Write(const void* buffer, UINT count) {
+        // Most writes are a few bytes into a buffer with room: no call for them.
+        if (!IsLoading() && m_pFile != nullptr && m_buffer.size() + count < m_bufferSize) {
+            m_buffer.append(static_cast<const char*>(buffer), count);
+            return;
+        }
+        WriteThrough(buffer, count);
+    }
     void Flush();
     void Close();
     void Abort();
@@ -94,12 +101,13 @@ public:
 
 private:
     template <class T> CArchive& WriteValue(T value) {
-        CheckMode(false);
         unsigned char bytes[sizeof(T)];
         std::memcpy(bytes, &value, sizeof(T)); // the platforms we build for are little-endian
-        Write(bytes, sizeof(T));
+        Write(bytes, sizeof(T));               // a loading archive refuses it there
         return *this;
     }
+    // Write for a loading archive (refused), a buffer without room, or no file.
+    void WriteThrough(const void* buffer, UINT count);
     template <class T> CArchive& ReadValue(T& value) {
         CheckMode(true);
         unsigned char bytes[sizeof(T)];
