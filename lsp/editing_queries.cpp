@@ -100,23 +100,6 @@ bool StartsWithWord(std::string_view text, std::string_view word) {
               (text[word.size()] >= '0' && text[word.size()] <= '9') || text[word.size()] == '_'));
 }
 
-bool OpensBlock(vbs::NodeKind kind) {
-    switch (kind) {
-    case vbs::NodeKind::ClassDeclaration:
-    case vbs::NodeKind::Procedure:
-    case vbs::NodeKind::If:
-    case vbs::NodeKind::SelectCase:
-    case vbs::NodeKind::DoLoop:
-    case vbs::NodeKind::WhileLoop:
-    case vbs::NodeKind::ForLoop:
-    case vbs::NodeKind::ForEachLoop:
-    case vbs::NodeKind::With:
-        return true;
-    default:
-        return false;
-    }
-}
-
 Json CompletionItem(const std::string& label, int kind, const std::string& detail) {
     Json item{{"label", ToUtf8(label)}, {"kind", kind}};
     if (!detail.empty())

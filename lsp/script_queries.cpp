@@ -105,23 +105,6 @@ void BlockSymbols(const TextDocument& document, const vbs::SyntaxTree& tree, vbs
     }
 }
 
-bool Folds(vbs::NodeKind kind) {
-    switch (kind) {
-    case vbs::NodeKind::ClassDeclaration:
-    case vbs::NodeKind::Procedure:
-    case vbs::NodeKind::If:
-    case vbs::NodeKind::SelectCase:
-    case vbs::NodeKind::DoLoop:
-    case vbs::NodeKind::WhileLoop:
-    case vbs::NodeKind::ForLoop:
-    case vbs::NodeKind::ForEachLoop:
-    case vbs::NodeKind::With:
-        return true;
-    default:
-        return false;
-    }
-}
-
 } // namespace
 
 Json RangeJson(const TextDocument& document, std::size_t from, std::size_t to) {
@@ -150,6 +133,23 @@ WordSpan WordAt(const TextDocument& document, Position position) {
 
 bool SameName(std::string_view a, std::string_view b) {
     return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
+
+bool OpensBlock(vbs::NodeKind kind) {
+    switch (kind) {
+    case vbs::NodeKind::ClassDeclaration:
+    case vbs::NodeKind::Procedure:
+    case vbs::NodeKind::If:
+    case vbs::NodeKind::SelectCase:
+    case vbs::NodeKind::DoLoop:
+    case vbs::NodeKind::WhileLoop:
+    case vbs::NodeKind::ForLoop:
+    case vbs::NodeKind::ForEachLoop:
+    case vbs::NodeKind::With:
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool DeclaresName(vbs::NodeKind kind) {
@@ -239,7 +239,7 @@ Json FoldingRanges(const TextDocument& document) {
     Json ranges = Json::array();
     for (const vbs::Node& node : tree.nodes) {
         // The closing line stays visible: the range ends on the line before it.
-        if (Folds(node.kind) && node.end.line > node.begin.line + 1)
+        if (OpensBlock(node.kind) && node.end.line > node.begin.line + 1)
             ranges.push_back(
                 Json{{"startLine", node.begin.line - 1}, {"endLine", node.end.line - 2}});
     }

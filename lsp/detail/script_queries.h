@@ -40,6 +40,8 @@ std::vector<const host::vbscript::Node*> NameUses(const host::vbscript::SyntaxTr
                                                   std::string_view name, bool withDeclarations);
 bool SameName(std::string_view a, std::string_view b);
 bool DeclaresName(host::vbscript::NodeKind kind);
+// Statements with a body that ends on a line of its own: what folds and what indents.
+bool OpensBlock(host::vbscript::NodeKind kind);
 Json RangeJson(const TextDocument& document, std::size_t from, std::size_t to);
 
 } // namespace talvor::lsp::detail
