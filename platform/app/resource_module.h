@@ -5,13 +5,31 @@
 
 #include "platform/core/win_types.h"
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace talvor::platform {
+
+struct MenuData;
+
+// A tool bar resource: the button size and the command of each button, 0 for a separator.
+struct ToolBarResource {
+    int buttonWidth = 16;
+    int buttonHeight = 15;
+    std::vector<UINT> ids;
+};
+
+// A bitmap resource: 0x00RRGGBB pixels, row by row from the top.
+struct BitmapResource {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint32_t> pixels;
+};
 
 class ResourceModule {
 public:
@@ -25,9 +43,23 @@ public:
     std::size_t StringCount() const { return m_strings.size(); }
     const std::map<UINT, std::string>& Strings() const { return m_strings; }
 
+    // Menus, tool bars and bitmaps by id; null when the module has none of that id. Adding
+    // an id that is taken replaces the former resource.
+    const MenuData* FindMenu(UINT id) const;
+    void AddMenu(UINT id, std::shared_ptr<MenuData> menu);
+    const ToolBarResource* FindToolBar(UINT id) const;
+    void AddToolBar(UINT id, ToolBarResource toolBar);
+    const BitmapResource* FindBitmap(UINT id) const;
+    void AddBitmap(UINT id, BitmapResource bitmap);
+    const std::map<UINT, std::shared_ptr<MenuData>>& Menus() const { return m_menus; }
+    const std::map<UINT, ToolBarResource>& ToolBars() const { return m_toolBars; }
+
 private:
     std::string m_name;
     std::map<UINT, std::string> m_strings;
+    std::map<UINT, std::shared_ptr<MenuData>> m_menus;
+    std::map<UINT, ToolBarResource> m_toolBars;
+    std::map<UINT, BitmapResource> m_bitmaps;
 };
 
 // Makes module findable under its name (replacing a module of that name).
