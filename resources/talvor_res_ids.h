@@ -35,6 +35,7 @@
 #define IDS_MENU_BAR_TITLE 8353
 #define IDS_STANDARD_BAR_TITLE 5402
 #define IDR_STANDARD_TOOLBAR 5402
+#define IDR_STANDARD_ICONS 5404
 #define IDR_DESIGNER_MENU 5416
 
 // Standard commands of the designer's menu and tool bar.

@@ -84,9 +84,29 @@ void ResourceModule::AddToolBar(UINT id, ToolBarResource toolBar) {
     m_toolBars[id] = std::move(toolBar);
 }
 
+namespace {
+BitmapDecoder& TheBitmapDecoder() {
+    static BitmapDecoder decoder;
+    return decoder;
+}
+} // namespace
+
+void SetBitmapDecoder(BitmapDecoder decoder) {
+    TheBitmapDecoder() = std::move(decoder);
+}
+
 const BitmapResource* ResourceModule::FindBitmap(UINT id) const {
     auto it = m_bitmaps.find(id);
-    return it == m_bitmaps.end() ? nullptr : &it->second;
+    if (it == m_bitmaps.end())
+        return nullptr;
+    BitmapResource& bitmap = it->second;
+    if (bitmap.pixels.empty() && !bitmap.encoded.empty()) {
+        std::string error;
+        if (!TheBitmapDecoder() || !TheBitmapDecoder()(bitmap.encoded, bitmap, error))
+            return nullptr;
+        bitmap.encoded.clear();
+    }
+    return bitmap.pixels.empty() ? nullptr : &bitmap;
 }
 
 void ResourceModule::AddBitmap(UINT id, BitmapResource bitmap) {

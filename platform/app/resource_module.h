@@ -24,12 +24,20 @@ struct ToolBarResource {
     std::vector<UINT> ids;
 };
 
-// A bitmap resource: 0x00RRGGBB pixels, row by row from the top.
+// A bitmap resource: 0x00RRGGBB pixels, row by row from the top. A bitmap read from a
+// resource script keeps its file's bytes in encoded until it is first asked for.
 struct BitmapResource {
     int width = 0;
     int height = 0;
     std::vector<std::uint32_t> pixels;
+    std::string encoded;
 };
+
+// Turns a bitmap file's bytes into pixels; false with a message. The drawing layer installs
+// the PNG decoder; without one, encoded bitmaps stay without pixels.
+using BitmapDecoder =
+    std::function<bool(std::string_view bytes, BitmapResource& bitmap, std::string& error)>;
+void SetBitmapDecoder(BitmapDecoder decoder);
 
 class ResourceModule {
 public:
@@ -49,6 +57,7 @@ public:
     void AddMenu(UINT id, std::shared_ptr<MenuData> menu);
     const ToolBarResource* FindToolBar(UINT id) const;
     void AddToolBar(UINT id, ToolBarResource toolBar);
+    // Null also when the bitmap's bytes can't be decoded.
     const BitmapResource* FindBitmap(UINT id) const;
     void AddBitmap(UINT id, BitmapResource bitmap);
     const std::map<UINT, std::shared_ptr<MenuData>>& Menus() const { return m_menus; }
@@ -59,7 +68,7 @@ private:
     std::map<UINT, std::string> m_strings;
     std::map<UINT, std::shared_ptr<MenuData>> m_menus;
     std::map<UINT, ToolBarResource> m_toolBars;
-    std::map<UINT, BitmapResource> m_bitmaps;
+    mutable std::map<UINT, BitmapResource> m_bitmaps; // decoded on first use
 };
 
 // Makes module findable under its name (replacing a module of that name).

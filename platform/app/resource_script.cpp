@@ -167,6 +167,8 @@ private:
         }
         if (upper == "TOOLBAR")
             return ReadToolBar(*id, kind.line);
+        if (upper == "BITMAP")
+            return ReadBitmap(*id, kind.line);
         return Fail(kind.line, "unsupported resource statement '" + kind.text + "'");
     }
 
@@ -278,6 +280,24 @@ private:
             return Fail(line,
                         "expected MENUITEM, POPUP or END in a menu, found '" + token.text + "'");
         }
+    }
+
+    // id BITMAP "file": the file is found as an included file is, beside the script or among
+    // the registered includes; its bytes are decoded when the bitmap is first used.
+    bool ReadBitmap(UINT id, int line) {
+        Token file;
+        if (!Next(file))
+            return false;
+        if (file.kind != TokenKind::String)
+            return Fail(line, "BITMAP needs a file name in quotes");
+        BitmapResource bitmap;
+        if (!(m_state.readInclude && m_state.readInclude(file.text, bitmap.encoded)) &&
+            !FindRegisteredInclude(file.text, bitmap.encoded))
+            return Fail(line, "bitmap file \"" + file.text + "\" not found");
+        if (bitmap.encoded.empty())
+            return Fail(line, "bitmap file \"" + file.text + "\" is empty");
+        m_module.AddBitmap(id, std::move(bitmap));
+        return true;
     }
 
     // id TOOLBAR width, height BEGIN BUTTON id | SEPARATOR ... END

@@ -95,6 +95,16 @@ TEST_F(CmdFrame, CreationGivesTheStandardBarsAndPool) {
     EXPECT_EQ(standard->GetControl(0)->GetIdName(), "ID_FILE_NEW") << "bars get standard names";
     EXPECT_TRUE(bars->IsCustomizeMode());
     EXPECT_EQ(bars->GetImageManager()->GetMaskColor(), 0x00FF00u);
+    // The icon set of the standard commands, the mask colour transparent, and each icon also
+    // made at the width 32.
+    CVTImageManagerIconSet* save = bars->GetImageManager()->GetIconSet(57603);
+    ASSERT_NE(save, nullptr);
+    CVTImageManagerIcon* small = save->GetIcon(16);
+    ASSERT_NE(small, nullptr);
+    EXPECT_EQ(small->height, 15);
+    EXPECT_EQ(small->pixels[0], CVTImageManagerIcon::Transparent);
+    EXPECT_NE(save->GetIcon(32), nullptr);
+    EXPECT_EQ(bars->GetImageManager()->GetImages().size(), 8u);
 
     // The pool holds the first level of every menu under the menu's caption.
     CVTControls* pool = m_frame.GetDesignerControls();

@@ -95,5 +95,31 @@ TEST(ResourceMenus, DamagedMenusAndToolBarsNameTheirLine) {
     EXPECT_NE(error.find("nested deeper"), std::string::npos) << error;
 }
 
+TEST(ResourceMenus, BitmapsAreFoundBesideTheScriptAndDecodedOnFirstUse) {
+    ResourceModule module("test");
+    std::string error;
+    auto reader = [](const std::string& name, std::string& bytes) {
+        if (name != "strip.bin")
+            return false;
+        bytes = "raw bytes";
+        return true;
+    };
+    ASSERT_TRUE(ParseResourceScript("7 BITMAP \"strip.bin\"\n", module, error, reader)) << error;
+    SetBitmapDecoder([](std::string_view bytes, BitmapResource& bitmap, std::string&) {
+        if (bytes != "raw bytes")
+            return false;
+        bitmap.width = 1;
+        bitmap.height = 1;
+        bitmap.pixels = {0x123456};
+        return true;
+    });
+    const BitmapResource* bitmap = module.FindBitmap(7);
+    ASSERT_NE(bitmap, nullptr);
+    EXPECT_EQ(bitmap->pixels, std::vector<std::uint32_t>{0x123456});
+    SetBitmapDecoder(nullptr);
+    EXPECT_FALSE(ParseResourceScript("8 BITMAP \"missing.png\"\n", module, error, reader));
+    EXPECT_NE(error.find("bitmap file \"missing.png\" not found"), std::string::npos) << error;
+}
+
 } // namespace
 } // namespace talvor::platform

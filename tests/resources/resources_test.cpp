@@ -109,6 +109,13 @@ TEST(TalvorRes, EveryIdOfTheHeaderHasItsText) {
             resources::ResourceGuard guard;
             HINSTANCE module = AfxGetResourceHandle();
             EXPECT_TRUE(module->FindMenu(id) != nullptr || module->FindToolBar(id) != nullptr);
+            if (name == "IDR_STANDARD_ICONS") {
+                const platform::BitmapResource* icons = module->FindBitmap(id);
+                ASSERT_NE(icons, nullptr) << "the PNG of the icon set decodes";
+                EXPECT_EQ(icons->width, module->FindToolBar(id)->buttonWidth *
+                                            static_cast<int>(module->FindToolBar(id)->ids.size()));
+                EXPECT_EQ(icons->pixels[0], 0x00FF00u) << "the mask colour around the icons";
+            }
         } else if (name.rfind("IDS_", 0) == 0) {
             EXPECT_FALSE(resources::LoadTalvorString(id).empty());
         }
