@@ -159,6 +159,8 @@ public:
 
     // The first control of that id, in list order, looking into popups after each control.
     CVTControl* FindControl(long id) const;
+    // The same for an int id, so that FindControl(0) means the id 0 and not a null name.
+    CVTControl* FindControl(int id) const { return FindControl(static_cast<long>(id)); }
     // The first control whose id name equals idName (without regard to case), looked for the
     // same way; null for a null or empty name.
     CVTControl* FindControl(const char* idName) const;

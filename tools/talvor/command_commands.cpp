@@ -175,12 +175,15 @@ void PrintControls(std::FILE* out, const Json& controls, int indent) {
         std::string line(static_cast<std::size_t>(indent), ' ');
         if (c["beginGroup"].get<bool>())
             std::fprintf(out, "%s----\n", line.c_str());
-        line += c["type"].get<std::string>() + " " + std::to_string(c["id"].get<long>());
+        // Appended piece by piece: GCC 12 warns falsely on "literal" + std::string.
+        line.append(c["type"].get<std::string>())
+            .append(" ")
+            .append(std::to_string(c["id"].get<long>()));
         if (!c["idName"].get<std::string>().empty())
-            line += " " + c["idName"].get<std::string>();
-        line += " \"" + c["caption"].get<std::string>() + "\"";
+            line.append(" ").append(c["idName"].get<std::string>());
+        line.append(" \"").append(c["caption"].get<std::string>()).append("\"");
         if (!c["category"].get<std::string>().empty())
-            line += " [" + c["category"].get<std::string>() + "]";
+            line.append(" [").append(c["category"].get<std::string>()).append("]");
         if (!c["image"].is_null())
             line += " (image)";
         if (!c["visible"].get<bool>())
