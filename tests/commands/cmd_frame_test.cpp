@@ -281,3 +281,49 @@ TEST_F(CmdFrame, TheStateStoreCarriesTheDesignFromCloseToTheNextLoad) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(CmdFrameLanguage, ASecondLanguageLoadedAtRunTimeGivesItsMenusAndTitles) {
+    talvor::resources::RegisterTalvorRes();
+    char pattern[] = "/tmp/talvor-cmdlang-XXXXXX";
+    const std::string dir = mkdtemp(pattern);
+    const std::string script = dir + "/talvor_de.rc";
+    WriteAll(script, "#include \"talvor_res_ids.h\"\n"
+                     "STRINGTABLE\nBEGIN\n"
+                     "    IDS_MENU_BAR_TITLE \"Menueleiste\"\n"
+                     "    IDS_STANDARD_BAR_TITLE \"Standard DE\"\n"
+                     "END\n"
+                     "IDR_DESIGNER_MENU MENU\nBEGIN\n"
+                     "    POPUP \"&Datei\"\n    BEGIN\n"
+                     "        MENUITEM \"&Neu\", ID_FILE_NEW\n"
+                     "    END\n"
+                     "END\n"
+                     "IDR_STANDARD_TOOLBAR TOOLBAR 16, 15\nBEGIN\n    BUTTON ID_FILE_NEW\nEND\n");
+    std::string error;
+    ASSERT_TRUE(
+        talvor::platform::LoadResourceModuleFile(talvor::resources::ModuleName, script, error))
+        << error;
+    {
+        CTalvorCmdFrame frame;
+        ASSERT_TRUE(frame.LoadFrame(5402));
+        CVTCommandBars* bars = frame.GetCommandBars();
+        EXPECT_EQ(bars->GetMenuBar()->GetTitle(), "Menueleiste");
+        ASSERT_EQ(bars->GetMenuBar()->GetControlCount(), 1);
+        EXPECT_EQ(bars->GetMenuBar()->GetControl(0)->GetCaption(), "&Datei");
+        EXPECT_EQ(bars->GetAt(1)->GetTitle(), "Standard DE");
+        EXPECT_EQ(bars->GetAt(1)->GetControlCount(), 1);
+        ASSERT_EQ(frame.GetDesignerControls()->GetCount(), 1);
+        EXPECT_EQ(frame.GetDesignerControls()->GetAt(0)->GetCategory(), "Datei");
+        // This language has no icon set.
+        EXPECT_TRUE(bars->GetImageManager()->GetImages().empty());
+    }
+    talvor::platform::ResetResourceModule(talvor::resources::ModuleName);
+    std::remove(script.c_str());
+    rmdir(dir.c_str());
+    CTalvorCmdFrame english;
+    ASSERT_TRUE(english.LoadFrame(5402));
+    EXPECT_EQ(english.GetCommandBars()->GetMenuBar()->GetControlCount(), 5);
+}
+
+} // namespace
