@@ -2,6 +2,7 @@
 #include "resources/resource_guard.h"
 
 #include "platform/app/resource_script.h"
+#include "platform/draw/png_memory.h"
 #include "platform/strings/cstring.h"
 #include "resources/builtin_script.h"
 
@@ -32,6 +33,11 @@ void RegisterTalvorRes() {
     std::call_once(once, [] {
         // Translated copies of the script include the ids header too, wherever they are kept.
         platform::RegisterResourceInclude(IdsHeaderName, std::string(BuiltInIdsHeader()));
+        platform::RegisterResourceInclude(StandardIconsName, std::string(BuiltInStandardIcons()));
+        platform::SetBitmapDecoder([](std::string_view bytes, platform::BitmapResource& bitmap,
+                                      std::string& error) {
+            return platform::DecodePng(bytes, bitmap.width, bitmap.height, bitmap.pixels, error);
+        });
         platform::RegisterResourceProvider(ModuleName, BuildTalvorRes);
     });
 }

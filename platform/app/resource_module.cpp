@@ -1,6 +1,7 @@
 // Registry of resource modules by name and the current resource source.
 #include "platform/app/resource_module.h"
 
+#include "platform/app/menu.h"
 #include "platform/app/resource_script.h"
 
 #include "platform/core/ascii.h"
@@ -63,6 +64,53 @@ bool ResourceModule::FindString(UINT id, std::string& text) const {
 
 bool ResourceModule::AddString(UINT id, std::string text) {
     return m_strings.emplace(id, std::move(text)).second;
+}
+
+const MenuData* ResourceModule::FindMenu(UINT id) const {
+    auto it = m_menus.find(id);
+    return it == m_menus.end() ? nullptr : it->second.get();
+}
+
+void ResourceModule::AddMenu(UINT id, std::shared_ptr<MenuData> menu) {
+    m_menus[id] = std::move(menu);
+}
+
+const ToolBarResource* ResourceModule::FindToolBar(UINT id) const {
+    auto it = m_toolBars.find(id);
+    return it == m_toolBars.end() ? nullptr : &it->second;
+}
+
+void ResourceModule::AddToolBar(UINT id, ToolBarResource toolBar) {
+    m_toolBars[id] = std::move(toolBar);
+}
+
+namespace {
+BitmapDecoder& TheBitmapDecoder() {
+    static BitmapDecoder decoder;
+    return decoder;
+}
+} // namespace
+
+void SetBitmapDecoder(BitmapDecoder decoder) {
+    TheBitmapDecoder() = std::move(decoder);
+}
+
+const BitmapResource* ResourceModule::FindBitmap(UINT id) const {
+    auto it = m_bitmaps.find(id);
+    if (it == m_bitmaps.end())
+        return nullptr;
+    BitmapResource& bitmap = it->second;
+    if (bitmap.pixels.empty() && !bitmap.encoded.empty()) {
+        std::string error;
+        if (!TheBitmapDecoder() || !TheBitmapDecoder()(bitmap.encoded, bitmap, error))
+            return nullptr;
+        bitmap.encoded.clear();
+    }
+    return bitmap.pixels.empty() ? nullptr : &bitmap;
+}
+
+void ResourceModule::AddBitmap(UINT id, BitmapResource bitmap) {
+    m_bitmaps[id] = std::move(bitmap);
 }
 
 void RegisterResourceModule(std::shared_ptr<ResourceModule> module) {

@@ -5,13 +5,39 @@
 
 #include "platform/core/win_types.h"
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace talvor::platform {
+
+struct MenuData;
+
+// A tool bar resource: the button size and the command of each button, 0 for a separator.
+struct ToolBarResource {
+    int buttonWidth = 16;
+    int buttonHeight = 15;
+    std::vector<UINT> ids;
+};
+
+// A bitmap resource: 0x00RRGGBB pixels, row by row from the top. A bitmap read from a
+// resource script keeps its file's bytes in encoded until it is first asked for.
+struct BitmapResource {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint32_t> pixels;
+    std::string encoded;
+};
+
+// Turns a bitmap file's bytes into pixels; false with a message. The drawing layer installs
+// the PNG decoder; without one, encoded bitmaps stay without pixels.
+using BitmapDecoder =
+    std::function<bool(std::string_view bytes, BitmapResource& bitmap, std::string& error)>;
+void SetBitmapDecoder(BitmapDecoder decoder);
 
 class ResourceModule {
 public:
@@ -25,9 +51,24 @@ public:
     std::size_t StringCount() const { return m_strings.size(); }
     const std::map<UINT, std::string>& Strings() const { return m_strings; }
 
+    // Menus, tool bars and bitmaps by id; null when the module has none of that id. Adding
+    // an id that is taken replaces the former resource.
+    const MenuData* FindMenu(UINT id) const;
+    void AddMenu(UINT id, std::shared_ptr<MenuData> menu);
+    const ToolBarResource* FindToolBar(UINT id) const;
+    void AddToolBar(UINT id, ToolBarResource toolBar);
+    // Null also when the bitmap's bytes can't be decoded.
+    const BitmapResource* FindBitmap(UINT id) const;
+    void AddBitmap(UINT id, BitmapResource bitmap);
+    const std::map<UINT, std::shared_ptr<MenuData>>& Menus() const { return m_menus; }
+    const std::map<UINT, ToolBarResource>& ToolBars() const { return m_toolBars; }
+
 private:
     std::string m_name;
     std::map<UINT, std::string> m_strings;
+    std::map<UINT, std::shared_ptr<MenuData>> m_menus;
+    std::map<UINT, ToolBarResource> m_toolBars;
+    mutable std::map<UINT, BitmapResource> m_bitmaps; // decoded on first use
 };
 
 // Makes module findable under its name (replacing a module of that name).

@@ -3,6 +3,8 @@
 // included file it is in.
 #include "platform/app/resource_script.h"
 
+#include "platform/app/menu.h"
+
 #include "platform/core/ascii.h"
 #include "platform/files/file_system.h"
 
@@ -74,16 +76,16 @@ public:
                 return false;
             if (token.kind == TokenKind::End)
                 return true;
-            if (token.kind != TokenKind::Word)
+            if (token.kind != TokenKind::Word && token.kind != TokenKind::Number)
                 return Fail(token.line, "unexpected '" + token.text + "' at top level");
-            if (Upper(token.text) == "STRINGTABLE") {
+            if (token.kind == TokenKind::Word && Upper(token.text) == "STRINGTABLE") {
                 if (!ReadStringTable())
                     return false;
-            } else if (Upper(token.text) == "LANGUAGE") {
+            } else if (token.kind == TokenKind::Word && Upper(token.text) == "LANGUAGE") {
                 if (!SkipStatement(token.line))
                     return false;
-            } else {
-                return Fail(token.line, "unsupported resource statement '" + token.text + "'");
+            } else if (!ReadNamedResource(token)) {
+                return false;
             }
         }
     }
@@ -142,6 +144,201 @@ private:
             if (!m_module.AddString(*id, token.text))
                 return Fail(idLine, "string id " + std::to_string(*id) + " is defined twice");
         }
+    }
+
+    // "id MENU", "id TOOLBAR w, h": a resource with an id in front of its kind.
+    bool ReadNamedResource(const Token& idToken) {
+        // A word that names no id is a statement this reader doesn't know.
+        if (idToken.kind == TokenKind::Word && m_state.defines.count(idToken.text) == 0)
+            return Fail(idToken.line, "unsupported resource statement '" + idToken.text + "'");
+        std::optional<UINT> id = IdOf(idToken);
+        if (!id)
+            return false;
+        Token kind;
+        if (!Next(kind))
+            return false;
+        const std::string upper = kind.kind == TokenKind::Word ? Upper(kind.text) : std::string();
+        if (upper == "MENU") {
+            auto menu = std::make_shared<MenuData>();
+            if (!SkipToBegin("MENU") || !ReadMenuItems(*menu, 0))
+                return false;
+            m_module.AddMenu(*id, std::move(menu));
+            return true;
+        }
+        if (upper == "TOOLBAR")
+            return ReadToolBar(*id, kind.line);
+        if (upper == "BITMAP")
+            return ReadBitmap(*id, kind.line);
+        return Fail(kind.line, "unsupported resource statement '" + kind.text + "'");
+    }
+
+    // Memory flags (DISCARDABLE, PRELOAD, ...) may stand before BEGIN.
+    bool SkipToBegin(const char* what) {
+        Token token;
+        for (;;) {
+            if (!Next(token))
+                return false;
+            if (token.kind == TokenKind::Open)
+                return true;
+            if (token.kind != TokenKind::Word)
+                return Fail(token.line, std::string("expected BEGIN after ") + what);
+        }
+    }
+
+    // Item options behind an item: GRAYED, INACTIVE, CHECKED, MENUBARBREAK, MENUBREAK, HELP.
+    bool ReadItemOptions(Token& token, UINT& flags) {
+        for (;;) {
+            if (token.kind == TokenKind::Comma) {
+                if (!Next(token))
+                    return false;
+                continue;
+            }
+            if (token.kind != TokenKind::Word)
+                return true;
+            const std::string option = Upper(token.text);
+            if (option == "GRAYED")
+                flags |= MF_GRAYED;
+            else if (option == "INACTIVE")
+                flags |= MF_DISABLED;
+            else if (option == "CHECKED")
+                flags |= MF_CHECKED;
+            else if (option == "MENUBARBREAK")
+                flags |= MF_MENUBARBREAK;
+            else if (option == "MENUBREAK")
+                flags |= MF_MENUBREAK;
+            else if (option == "HELP")
+                flags |= MF_HELP;
+            else
+                return true; // the next item's keyword
+            if (!Next(token))
+                return false;
+        }
+    }
+
+    // The items of a menu or popup, after its BEGIN up to and including its END. The token
+    // behind an item is read ahead, so the loop carries it.
+    bool ReadMenuItems(MenuData& menu, int depth) {
+        if (depth > 32)
+            return Fail(m_line, "popups nested deeper than 32 levels");
+        Token token;
+        if (!Next(token))
+            return false;
+        for (;;) {
+            if (token.kind == TokenKind::Close)
+                return true;
+            if (token.kind == TokenKind::End)
+                return Fail(token.line, "MENU without END");
+            const std::string keyword =
+                token.kind == TokenKind::Word ? Upper(token.text) : std::string();
+            const int line = token.line;
+            if (keyword == "MENUITEM") {
+                MenuItem item;
+                if (!Next(token))
+                    return false;
+                if (token.kind == TokenKind::Word && Upper(token.text) == "SEPARATOR") {
+                    item.flags = MF_SEPARATOR;
+                    menu.items.push_back(std::move(item));
+                    if (!Next(token))
+                        return false;
+                    continue;
+                }
+                if (token.kind != TokenKind::String)
+                    return Fail(line, "expected a caption or SEPARATOR after MENUITEM");
+                item.text = token.text;
+                if (!Next(token))
+                    return false;
+                if (token.kind == TokenKind::Comma && !Next(token))
+                    return false;
+                std::optional<UINT> id = IdOf(token);
+                if (!id)
+                    return false;
+                item.id = *id;
+                if (!Next(token) || !ReadItemOptions(token, item.flags))
+                    return false;
+                menu.items.push_back(std::move(item));
+                continue;
+            }
+            if (keyword == "POPUP") {
+                MenuItem item;
+                if (!Next(token))
+                    return false;
+                if (token.kind != TokenKind::String)
+                    return Fail(line, "expected a caption after POPUP");
+                item.text = token.text;
+                if (!Next(token) || !ReadItemOptions(token, item.flags))
+                    return false;
+                if (token.kind != TokenKind::Open)
+                    return Fail(token.line, "expected BEGIN after POPUP \"" + item.text + "\"");
+                item.popup = std::make_shared<MenuData>();
+                if (!ReadMenuItems(*item.popup, depth + 1))
+                    return false;
+                menu.items.push_back(std::move(item));
+                if (!Next(token))
+                    return false;
+                continue;
+            }
+            return Fail(line,
+                        "expected MENUITEM, POPUP or END in a menu, found '" + token.text + "'");
+        }
+    }
+
+    // id BITMAP "file": the file is found as an included file is, beside the script or among
+    // the registered includes; its bytes are decoded when the bitmap is first used.
+    bool ReadBitmap(UINT id, int line) {
+        Token file;
+        if (!Next(file))
+            return false;
+        if (file.kind != TokenKind::String)
+            return Fail(line, "BITMAP needs a file name in quotes");
+        BitmapResource bitmap;
+        if (!(m_state.readInclude && m_state.readInclude(file.text, bitmap.encoded)) &&
+            !FindRegisteredInclude(file.text, bitmap.encoded))
+            return Fail(line, "bitmap file \"" + file.text + "\" not found");
+        if (bitmap.encoded.empty())
+            return Fail(line, "bitmap file \"" + file.text + "\" is empty");
+        m_module.AddBitmap(id, std::move(bitmap));
+        return true;
+    }
+
+    // id TOOLBAR width, height BEGIN BUTTON id | SEPARATOR ... END
+    bool ReadToolBar(UINT id, int line) {
+        Token width, comma, height;
+        if (!Next(width) || !Next(comma) || !Next(height))
+            return false;
+        if (width.kind != TokenKind::Number || comma.kind != TokenKind::Comma ||
+            height.kind != TokenKind::Number || width.number == 0 || height.number == 0 ||
+            width.number > 256 || height.number > 256)
+            return Fail(line, "TOOLBAR needs a button width and height from 1 to 256");
+        ToolBarResource toolBar;
+        toolBar.buttonWidth = static_cast<int>(width.number);
+        toolBar.buttonHeight = static_cast<int>(height.number);
+        if (!SkipToBegin("TOOLBAR"))
+            return false;
+        for (;;) {
+            Token token;
+            if (!Next(token))
+                return false;
+            if (token.kind == TokenKind::Close)
+                break;
+            if (token.kind == TokenKind::End)
+                return Fail(token.line, "TOOLBAR without END");
+            const std::string keyword =
+                token.kind == TokenKind::Word ? Upper(token.text) : std::string();
+            if (keyword == "SEPARATOR") {
+                toolBar.ids.push_back(0);
+            } else if (keyword == "BUTTON") {
+                if (!Next(token))
+                    return false;
+                std::optional<UINT> button = IdOf(token);
+                if (!button)
+                    return false;
+                toolBar.ids.push_back(*button);
+            } else {
+                return Fail(token.line, "expected BUTTON, SEPARATOR or END in a tool bar");
+            }
+        }
+        m_module.AddToolBar(id, std::move(toolBar));
+        return true;
     }
 
     std::optional<UINT> IdOf(const Token& token) {

@@ -92,7 +92,8 @@ TEST(TalvorRes, IdsKeepTheirPublishedNumbers) {
         EXPECT_EQ(c.id, c.number);
 }
 
-// The script includes the header, so every id named there must have its text.
+// The script includes the header, so every string id named there must have its text and
+// every menu or tool bar id its resource; command ids (ID_) are only used by them.
 TEST(TalvorRes, EveryIdOfTheHeaderHasItsText) {
     std::ifstream header(TALVOR_SOURCE_DIR "/resources/talvor_res_ids.h");
     ASSERT_TRUE(header.good());
@@ -104,7 +105,20 @@ TEST(TalvorRes, EveryIdOfTheHeaderHasItsText) {
         if (!(words >> directive >> name >> id) || directive != "#define")
             continue;
         SCOPED_TRACE(name);
-        EXPECT_FALSE(resources::LoadTalvorString(id).empty());
+        if (name.rfind("IDR_", 0) == 0) {
+            resources::ResourceGuard guard;
+            HINSTANCE module = AfxGetResourceHandle();
+            EXPECT_TRUE(module->FindMenu(id) != nullptr || module->FindToolBar(id) != nullptr);
+            if (name == "IDR_STANDARD_ICONS") {
+                const platform::BitmapResource* icons = module->FindBitmap(id);
+                ASSERT_NE(icons, nullptr) << "the PNG of the icon set decodes";
+                EXPECT_EQ(icons->width, module->FindToolBar(id)->buttonWidth *
+                                            static_cast<int>(module->FindToolBar(id)->ids.size()));
+                EXPECT_EQ(icons->pixels[0], 0x00FF00u) << "the mask colour around the icons";
+            }
+        } else if (name.rfind("IDS_", 0) == 0) {
+            EXPECT_FALSE(resources::LoadTalvorString(id).empty());
+        }
         ++ids;
     }
     EXPECT_GE(ids, 30);

@@ -5,7 +5,4 @@ namespace talvor::tool {
 int RunRender(const Args&, std::FILE*) {
     return NotAvailable("render");
 }
-int RunCommands(const Args&, std::FILE*) {
-    return NotAvailable("commands");
-}
 } // namespace talvor::tool

@@ -26,7 +26,8 @@ const Command Commands[] = {
     {"render", RunRender, "paint an editor view of a file to PNG"},
     {"typelib", RunTypelib, "dump|props: describe a type library or PE file"},
     {"alias", RunAlias, "get|set|fill|normalize|list|languages: per-control alias files"},
-    {"commands", RunCommands, "dump|reset|save|load|copy: command-bar designs"},
+    {"commands", RunCommands,
+     "new|dump|reset|save|load|copy-bar|paste-bar|render: command-bar designs"},
     {"lsp", RunLsp, "language server for VBScript form scripts over standard input and output"},
     {"undo", RunUndo, "demo|ls FILE: snapshot history of a design, compound files"},
 };
