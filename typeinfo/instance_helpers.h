@@ -6,6 +6,8 @@
 #include "platform/strings/cstring.h"
 
 class CVXContainerItem;
+class CVTControls;
+class CVTControl;
 
 // 0 with the object in *object, 1 on any failure.
 long TVPfxCreateInstance(wchar_t* clsid, wchar_t* iid, IDispatch** object);
@@ -18,6 +20,9 @@ int TVPfxGetPropCat(IDispatch* dispatch, long dispId);
 // The property page of a property: MapPropertyToPage's result, or the failure of asking for
 // IPerPropertyBrowsing.
 long TVPfxGetPropPageCLSID(IDispatch* dispatch, long dispId, GUID* page);
+// 1 if `control` itself (not a copy of it) stands in `controls` or on the bar of a popup
+// among them, at any depth; else 0, also for null arguments.
+int TVPfxIsControlExist(CVTControls* controls, CVTControl* control);
 // 1 if the object has the interface, else 0.
 int TVPfxCheckInterface(IUnknown* unknown, const GUID& iid);
 // The upper-case letters of a caption: "&File 2 Name..." gives "FILENAME".

@@ -1,6 +1,8 @@
 // Instances, categories, GUID text, caption normalising and result code names.
 #include "tests/typeinfo/sample_controls.h"
 
+#include "host/bars/command_bar.h"
+#include "host/bars/controls.h"
 #include "platform/codepage/code_page.h"
 
 #include <gtest/gtest.h>
@@ -92,4 +94,28 @@ TEST_F(Instances, CategoriesAndPages) {
     EXPECT_EQ(TVPfxGetPropPageCLSID(gauge.Get(), IdOf(type.Get(), L"Max"), &page),
               PERPROP_E_NOPAGEAVAILABLE);
     EXPECT_EQ(TVPfxGetPropPageCLSID(list.Get(), 1, &page), E_NOINTERFACE);
+}
+
+TEST(IsControlExist, FindsAControlOnABarOfAPopupOfAPopupButNotAClone) {
+    CVTControls* menu = new CVTControls();
+    CVTControl* top = menu->Add(vtControlButton, 100, "Top");
+    auto* file = static_cast<CVTControlPopup*>(menu->Add(vtControlPopup, 0, "File"));
+    auto* recent = static_cast<CVTControlPopup*>(
+        file->GetCommandBar()->GetControls()->Add(vtControlPopup, 0, "Recent"));
+    CVTControl* deep = recent->GetCommandBar()->GetControls()->Add(vtControlButton, 200, "One");
+
+    EXPECT_EQ(TVPfxIsControlExist(menu, top), 1);
+    EXPECT_EQ(TVPfxIsControlExist(menu, recent), 1);
+    EXPECT_EQ(TVPfxIsControlExist(menu, deep), 1);
+    // A copy has the same id and caption but is another control.
+    CVTControls* other = new CVTControls();
+    CVTControl* clone = other->AddClone(deep);
+    EXPECT_EQ(clone->GetID(), deep->GetID());
+    EXPECT_EQ(TVPfxIsControlExist(menu, clone), 0);
+    // The search goes down, never up: the deep bar doesn't hold the top control.
+    EXPECT_EQ(TVPfxIsControlExist(recent->GetCommandBar()->GetControls(), top), 0);
+    EXPECT_EQ(TVPfxIsControlExist(nullptr, top), 0);
+    EXPECT_EQ(TVPfxIsControlExist(menu, nullptr), 0);
+    other->InternalRelease();
+    menu->InternalRelease();
 }
