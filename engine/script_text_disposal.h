@@ -8,6 +8,8 @@
 #include "platform/strings/arrays.h"
 #include "platform/strings/cstring.h"
 
+class CTVContainerDoc;
+
 class CTalvorScriptTextDisposal {
 public:
     // Starts with empty members and reads the keywords once (InitKeyWords).
@@ -101,6 +103,32 @@ public:
     // missing (a one-line If, a stray End If) is edited as a lone statement.
     int CodeOperate(CStringArray& lines, CString code, ENUM_CODE_OPERATE op, int index);
 
+    // The command handler ScriptCmdMsg(nID, bCommand). GetCommandInfo reads the command part
+    // (bCommand non-zero) or the UI part (zero) of the handler text code into info, the other
+    // part as text; a handler without an If ... Else ... End If body gives only strVariable and
+    // strParameter. SetCommandFunc writes the handler from a record read with the same
+    // bCommand; from a command record it also brings the UI entries up to date (strOtherPart
+    // changes). DisposalCommandIDByScriptText renumbers oldID to newID, or removes it when
+    // bDelete is non-zero, in both parts of the handler of a whole script; a script without a
+    // handler stays as it is, otherwise it is written again in the system's order of blocks.
+    void GetCommandInfo(CString code, int bCommand, VB_COMMADN_PROGRAMME_INFO* info);
+    CString SetCommandFunc(int bCommand, VB_COMMADN_PROGRAMME_INFO* info);
+    void DisposalCommandIDByScriptText(CString& script, unsigned int oldID, unsigned int newID,
+                                       CTVContainerDoc* doc, int bDelete);
+
+    // The UI part of the handler. SetCommandFuncOtherUI writes it from finished Case bodies,
+    // SetCommandFuncOtherUIEx from enable and check expressions (a Case line alone for two
+    // empty ones). GetCommandFuncOtherUI reads the three arrays from lines, index being the
+    // Select Case line; an index outside lines or at another line gives three empty arrays.
+    // DecomposeUISubCode takes the two expressions out of one Case body, up to its first empty
+    // line, dropping the first and last character of each (the parentheses).
+    CString SetCommandFuncOtherUI(CArray<long, long>& ids, CStringArray& codes);
+    CString SetCommandFuncOtherUIEx(CArray<long, long>& ids, CStringArray& enables,
+                                    CStringArray& checks);
+    void GetCommandFuncOtherUI(CStringArray& lines, int index, CArray<long, long>& ids,
+                               CStringArray& enables, CStringArray& checks);
+    void DecomposeUISubCode(CString code, CString& enable, CString& check);
+
     // Keywords of the script language, read by InitKeyWords; read-only for every operation.
     CString m_strIf;
     CString m_strThen;
@@ -145,4 +173,12 @@ public:
     CString m_strFalse;
     // Reserved words for name checks.
     CStringArray m_arrKeyWords;
+
+private:
+    // The id of a Case line: the characters of m_strCase go from its left, then blanks.
+    long CaseLineId(CString caseLine);
+    // Appends the value and the body lines (each ended by "\r\n") of every Case of the Select
+    // at selectLine; the last Case runs to the Case Else line, and is empty without one.
+    void ReadCases(CStringArray& lines, int selectLine, CArray<long, long>& ids,
+                   CStringArray& bodies);
 };
