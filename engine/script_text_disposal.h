@@ -129,6 +129,14 @@ public:
                                CStringArray& enables, CStringArray& checks);
     void DecomposeUISubCode(CString code, CString& enable, CString& check);
 
+    // Renames oldName to newName across the plain text of script: every whole-word use outside
+    // string literals (a word in front of a point too, not one behind a point), and with info
+    // the name part of the handlers and calls oldName_<event of info>(. A use needs a character
+    // on each side, so the very first and last text of the script stay. Comments are plain
+    // text. oldName goes into the patterns as it stands; an empty oldName renames nothing.
+    void ChangeNameToScriptTxt(CString& script, CString oldName, CString newName,
+                               CVXInterfaceInfo* info);
+
     // Keywords of the script language, read by InitKeyWords; read-only for every operation.
     CString m_strIf;
     CString m_strThen;
