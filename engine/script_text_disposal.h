@@ -137,6 +137,28 @@ public:
     void ChangeNameToScriptTxt(CString& script, CString oldName, CString newName,
                                CVXInterfaceInfo* info);
 
+    // Taking code out. GetFunctionsCodeByVBScript fills functions with each Function block of
+    // script, head to end line, every line ended by "\r\n"; an unfinished block at the end
+    // gives no entry. A head that stands inside an open Function ends that one's entry: the
+    // entry then holds its text from its head up to the next head. DeleteFunctionCodeByName
+    // removes the first Function whose head line holds " name(" (blanks allowed before the
+    // parenthesis) and writes the script again in the system's order of blocks; with none it
+    // leaves script to the letter. DelEventsCode removes every handler of the control name and
+    // writes the script again (also when the name is unknown). DeleteComInfoByFunctions
+    // destroys the members of info and empties it.
+    void GetFunctionsCodeByVBScript(CString script, CStringArray& functions);
+    void DeleteFunctionCodeByName(CString& script, CString name, CTVContainerDoc* doc);
+    void DelEventsCode(CString& script, CString name, CTVContainerDoc* doc);
+    void DeleteComInfoByFunctions(CVXInterfaceInfo* info);
+
+    // The events interfaces and display names of the form's controls in tab order, appended
+    // to the two arrays, and last the form's own events under m_strSystemFuncName (a null
+    // interface without a document).
+    void
+    GetAllEventsInterfacesAndCtrlNames(CTVContainerDoc* doc,
+                                       CArray<CVXInterfaceInfo*, CVXInterfaceInfo*>& interfaces,
+                                       CStringArray& names);
+
     // Keywords of the script language, read by InitKeyWords; read-only for every operation.
     CString m_strIf;
     CString m_strThen;
