@@ -159,6 +159,34 @@ public:
                                        CArray<CVXInterfaceInfo*, CVXInterfaceInfo*>& interfaces,
                                        CStringArray& names);
 
+    // Name checks. CheckName trims blanks from name and runs, in this order, the checks of its
+    // form (kind 1), the keywords (2), the controls and the form (3), the script's Functions
+    // (8) and the system's names (9); then with bScope non-zero only vars (7), else the global
+    // declarations (4), every event handler (5) and every Function (6). The first collision
+    // gives the result; DENOMINATE_OK when there is none. Each single check gives 1 when the
+    // name is free of that collision, else 0; names compare without regard to case.
+    DENOMINATE_ERROR_INFO CheckName(CString name, CString script, CTVContainerDoc* doc,
+                                    VB_VARIABLE_AND_PARAMETER_INFO* vars, int bScope);
+    int CheckNameByChar(CString name);
+    int CheckNameByKeyWords(CString name);
+    int CheckNameByCtrl(CString name, CStringArray& names);
+    int CheckNameByVarOrPar(CString name, VB_VARIABLE_AND_PARAMETER_INFO* vars);
+    // Asks the script engine which procedures the head and end lines of the functions
+    // define; a text that does not compile collides with nothing.
+    int CheckNameByFuntionName(CString name, CStringArray& functions);
+    // The reserved names, then the functions of the system's script library.
+    int CheckNameBySystemFunc(CString name);
+    // The message of a check's result from the string resources; empty for DENOMINATE_OK and
+    // unknown kinds.
+    CString GetErrorClew(DENOMINATE_ERROR_INFO info);
+    // The name of the procedure whose text is code: the first word in front of "(" of its
+    // first line; empty when there is none.
+    CString GetDisposalName(CString code);
+    // Fills info with the procedures that script defines, as the host's script engine
+    // compiles it (the command handler and the form's name left out): 1, or 0 with info as it
+    // was when the script does not compile. An empty script empties info and gives 1.
+    int SetCOMInfoByStript(CString script, CVXInterfaceInfo* info);
+
     // Keywords of the script language, read by InitKeyWords; read-only for every operation.
     CString m_strIf;
     CString m_strThen;
