@@ -187,6 +187,17 @@ public:
     // was when the script does not compile. An empty script empties info and gives 1.
     int SetCOMInfoByStript(CString script, CVXInterfaceInfo* info);
 
+    // The places of script that use name, one record each, in this order: event handlers of
+    // other controls and of the form (1), Subs (6), then per Function one record (5) or, for
+    // the command handler, its commands (2) and Case by Case its enable (3) and check (4)
+    // expressions. Literals don't count, comments do; the global declarations, the handlers
+    // of the control name itself and the Function that defines name are not searched. names
+    // and interfaces are the form's (GetAllEventsInterfacesAndCtrlNames). Empties result and
+    // gives 1; an empty name gives 0 and leaves result alone.
+    int GetAttachInfoByCtrlOrFunction(CString script, CStringArray& names, CString name,
+                                      CArray<CVXInterfaceInfo*, CVXInterfaceInfo*>& interfaces,
+                                      CArray<NAME_APPEAR_INFO, NAME_APPEAR_INFO>& result);
+
     // Keywords of the script language, read by InitKeyWords; read-only for every operation.
     CString m_strIf;
     CString m_strThen;
