@@ -25,6 +25,16 @@ CVXInterfaceInfo& CTVContainerDoc::GetEventsInterface() {
     return m_formEvents;
 }
 
+void CTVContainerDoc::SetEventsInterface(CVXInterfaceInfo& events) {
+    m_formEvents.RemoveAllMethods();
+    m_formEvents.SetName(events.GetName());
+    m_formEvents.SetIID(events.GetIID());
+    for (INT_PTR i = 0; i < events.m_arrMethods.GetSize(); ++i)
+        m_formEvents.m_arrMethods.Add(events.m_arrMethods[i]);
+    events.m_arrMethods.RemoveAll(); // the methods have moved here
+    m_formEventsRead = true;
+}
+
 CTVScriptManager* CTVContainerDoc::GetScriptManager(BOOL create, BOOL /*load*/) {
     if (!m_scripts && create)
         m_scripts = std::make_unique<CTVScriptManager>();

@@ -16,6 +16,9 @@ public:
     // The form's own events interface, held by the document: on first use the events of the
     // form's type library.
     CVXInterfaceInfo& GetEventsInterface();
+    // Takes the methods of events as the form's events instead of those of the type library
+    // (a host or tool that describes the form itself); events is left empty.
+    void SetEventsInterface(CVXInterfaceInfo& events);
 
     // The document's script manager; null when create is 0 and there is none yet. load is
     // kept for the host's signature: the scripts live in memory only.
