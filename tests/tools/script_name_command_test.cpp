@@ -91,4 +91,23 @@ TEST(ScriptNameCommands, CommandIdsAreRenumberedOrRemoved) {
     EXPECT_EQ(Script("cmd-ids /nonexistent.vbs 1 2").exitCode, 1);
 }
 
+TEST(ScriptNameCommands, AFormMayNameEachControlsTypeLibraryAndClass) {
+    const std::string form = std::string(TALVOR_BINARY_DIR) + "/script_typelib_form.json";
+    const std::string script = std::string(TALVOR_BINARY_DIR) + "/script_typelib_form.vbs";
+    std::ofstream(form) << "{\"controls\": [{\"name\": \"lstItems\", \"typelib\": \""
+                        << TALVOR_SAMPLE_TLB_DIR
+                        << "/talvor_controls.tlb\", \"class\": \"listbox\"}]}";
+    std::ofstream(script, std::ios::binary)
+        << "Sub lstItems_ItemCheck(item)\r\nx = lstItems.Count\r\nEnd Sub\r\n\r\n";
+    ToolRun renamed = Script("rename " + form + " " + script + " lstItems lstGoods");
+    EXPECT_EQ(renamed.exitCode, 0);
+    EXPECT_EQ(renamed.out, "Sub lstGoods_ItemCheck(item)\r\nx = lstGoods.Count\r\nEnd Sub\r\n\r\n");
+
+    std::ofstream(form) << "{\"controls\": [{\"name\": \"a\", \"typelib\": \"/nonexistent.tlb\", "
+                           "\"class\": \"ListBox\"}]}";
+    ToolRun missing = Script("rename " + form + " " + script + " a b");
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_NE(missing.out.find("controls[0].typelib"), std::string::npos) << missing.out;
+}
+
 } // namespace
