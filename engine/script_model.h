@@ -51,7 +51,22 @@ struct NAME_APPEAR_INFO {
     CString strName;     // the name that was looked for
 };
 
-// The result of a name check, passed by value.
+// The kinds of a name check's result: what the name collides with.
+enum ENUM_DENOMINATE_ERROR {
+    DENOMINATE_OK = 0,           // nothing: the name is free
+    DENOMINATE_BAD_CHAR = 1,     // not a letter followed by letters and digits
+    DENOMINATE_KEYWORD = 2,      // a keyword of the language
+    DENOMINATE_CONTROL = 3,      // a control of the form, or the form itself
+    DENOMINATE_GLOBAL_VAR = 4,   // a variable of the global declarations
+    DENOMINATE_EVENT_VAR = 5,    // a variable or parameter of an event handler
+    DENOMINATE_FUNCTION_VAR = 6, // a variable or parameter of a Function
+    DENOMINATE_SCOPE_VAR = 7,    // a variable or parameter of the scope the caller named
+    DENOMINATE_FUNCTION = 8,     // a Function of the script
+    DENOMINATE_SYSTEM = 9        // a name the system reserves, or a function of its library
+};
+
+// The result of a name check, passed by value. Kind 5 names the handler's control and event
+// in strErrorName and strErrorOwner, kind 6 the function in strErrorName.
 struct DENOMINATE_ERROR_INFO {
     int nErrorType = 0;
     CString strErrorName;

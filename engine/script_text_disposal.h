@@ -8,6 +8,8 @@
 #include "platform/strings/arrays.h"
 #include "platform/strings/cstring.h"
 
+class CTVContainerDoc;
+
 class CTalvorScriptTextDisposal {
 public:
     // Starts with empty members and reads the keywords once (InitKeyWords).
@@ -101,6 +103,101 @@ public:
     // missing (a one-line If, a stray End If) is edited as a lone statement.
     int CodeOperate(CStringArray& lines, CString code, ENUM_CODE_OPERATE op, int index);
 
+    // The command handler ScriptCmdMsg(nID, bCommand). GetCommandInfo reads the command part
+    // (bCommand non-zero) or the UI part (zero) of the handler text code into info, the other
+    // part as text; a handler without an If ... Else ... End If body gives only strVariable and
+    // strParameter. SetCommandFunc writes the handler from a record read with the same
+    // bCommand; from a command record it also brings the UI entries up to date (strOtherPart
+    // changes). DisposalCommandIDByScriptText renumbers oldID to newID, or removes it when
+    // bDelete is non-zero, in both parts of the handler of a whole script; a script without a
+    // handler stays as it is, otherwise it is written again in the system's order of blocks.
+    void GetCommandInfo(CString code, int bCommand, VB_COMMADN_PROGRAMME_INFO* info);
+    CString SetCommandFunc(int bCommand, VB_COMMADN_PROGRAMME_INFO* info);
+    void DisposalCommandIDByScriptText(CString& script, unsigned int oldID, unsigned int newID,
+                                       CTVContainerDoc* doc, int bDelete);
+
+    // The UI part of the handler. SetCommandFuncOtherUI writes it from finished Case bodies,
+    // SetCommandFuncOtherUIEx from enable and check expressions (a Case line alone for two
+    // empty ones). GetCommandFuncOtherUI reads the three arrays from lines, index being the
+    // Select Case line; an index outside lines or at another line gives three empty arrays.
+    // DecomposeUISubCode takes the two expressions out of one Case body, up to its first empty
+    // line, dropping the first and last character of each (the parentheses).
+    CString SetCommandFuncOtherUI(CArray<long, long>& ids, CStringArray& codes);
+    CString SetCommandFuncOtherUIEx(CArray<long, long>& ids, CStringArray& enables,
+                                    CStringArray& checks);
+    void GetCommandFuncOtherUI(CStringArray& lines, int index, CArray<long, long>& ids,
+                               CStringArray& enables, CStringArray& checks);
+    void DecomposeUISubCode(CString code, CString& enable, CString& check);
+
+    // Renames oldName to newName across the plain text of script: every whole-word use outside
+    // string literals (a word in front of a point too, not one behind a point), and with info
+    // the name part of the handlers and calls oldName_<event of info>(. A use needs a character
+    // on each side, so the very first and last text of the script stay. Comments are plain
+    // text. oldName goes into the patterns as it stands; an empty oldName renames nothing.
+    void ChangeNameToScriptTxt(CString& script, CString oldName, CString newName,
+                               CVXInterfaceInfo* info);
+
+    // Taking code out. GetFunctionsCodeByVBScript fills functions with each Function block of
+    // script, head to end line, every line ended by "\r\n"; an unfinished block at the end
+    // gives no entry. A head that stands inside an open Function ends that one's entry: the
+    // entry then holds its text from its head up to the next head. DeleteFunctionCodeByName
+    // removes the first Function whose head line holds " name(" (blanks allowed before the
+    // parenthesis) and writes the script again in the system's order of blocks; with none it
+    // leaves script to the letter. DelEventsCode removes every handler of the control name and
+    // writes the script again (also when the name is unknown). DeleteComInfoByFunctions
+    // destroys the members of info and empties it.
+    void GetFunctionsCodeByVBScript(CString script, CStringArray& functions);
+    void DeleteFunctionCodeByName(CString& script, CString name, CTVContainerDoc* doc);
+    void DelEventsCode(CString& script, CString name, CTVContainerDoc* doc);
+    void DeleteComInfoByFunctions(CVXInterfaceInfo* info);
+
+    // The events interfaces and display names of the form's controls in tab order, appended
+    // to the two arrays, and last the form's own events under m_strSystemFuncName (a null
+    // interface without a document).
+    void
+    GetAllEventsInterfacesAndCtrlNames(CTVContainerDoc* doc,
+                                       CArray<CVXInterfaceInfo*, CVXInterfaceInfo*>& interfaces,
+                                       CStringArray& names);
+
+    // Name checks. CheckName trims blanks from name and runs, in this order, the checks of its
+    // form (kind 1), the keywords (2), the controls and the form (3), the script's Functions
+    // (8) and the system's names (9); then with bScope non-zero only vars (7), else the global
+    // declarations (4), every event handler (5) and every Function (6). The first collision
+    // gives the result; DENOMINATE_OK when there is none. Each single check gives 1 when the
+    // name is free of that collision, else 0; names compare without regard to case.
+    DENOMINATE_ERROR_INFO CheckName(CString name, CString script, CTVContainerDoc* doc,
+                                    VB_VARIABLE_AND_PARAMETER_INFO* vars, int bScope);
+    int CheckNameByChar(CString name);
+    int CheckNameByKeyWords(CString name);
+    int CheckNameByCtrl(CString name, CStringArray& names);
+    int CheckNameByVarOrPar(CString name, VB_VARIABLE_AND_PARAMETER_INFO* vars);
+    // Asks the script engine which procedures the head and end lines of the functions
+    // define; a text that does not compile collides with nothing.
+    int CheckNameByFuntionName(CString name, CStringArray& functions);
+    // The reserved names, then the functions of the system's script library.
+    int CheckNameBySystemFunc(CString name);
+    // The message of a check's result from the string resources; empty for DENOMINATE_OK and
+    // unknown kinds.
+    CString GetErrorClew(DENOMINATE_ERROR_INFO info);
+    // The name of the procedure whose text is code: the first word in front of "(" of its
+    // first line; empty when there is none.
+    CString GetDisposalName(CString code);
+    // Fills info with the procedures that script defines, as the host's script engine
+    // compiles it (the command handler and the form's name left out): 1, or 0 with info as it
+    // was when the script does not compile. An empty script empties info and gives 1.
+    int SetCOMInfoByStript(CString script, CVXInterfaceInfo* info);
+
+    // The places of script that use name, one record each, in this order: event handlers of
+    // other controls and of the form (1), Subs (6), then per Function one record (5) or, for
+    // the command handler, its commands (2) and Case by Case its enable (3) and check (4)
+    // expressions. Literals don't count, comments do; the global declarations, the handlers
+    // of the control name itself and the Function that defines name are not searched. names
+    // and interfaces are the form's (GetAllEventsInterfacesAndCtrlNames). Empties result and
+    // gives 1; an empty name gives 0 and leaves result alone.
+    int GetAttachInfoByCtrlOrFunction(CString script, CStringArray& names, CString name,
+                                      CArray<CVXInterfaceInfo*, CVXInterfaceInfo*>& interfaces,
+                                      CArray<NAME_APPEAR_INFO, NAME_APPEAR_INFO>& result);
+
     // Keywords of the script language, read by InitKeyWords; read-only for every operation.
     CString m_strIf;
     CString m_strThen;
@@ -145,4 +242,12 @@ public:
     CString m_strFalse;
     // Reserved words for name checks.
     CStringArray m_arrKeyWords;
+
+private:
+    // The id of a Case line: the characters of m_strCase go from its left, then blanks.
+    long CaseLineId(CString caseLine);
+    // Appends the value and the body lines (each ended by "\r\n") of every Case of the Select
+    // at selectLine; the last Case runs to the Case Else line, and is empty without one.
+    void ReadCases(CStringArray& lines, int selectLine, CArray<long, long>& ids,
+                   CStringArray& bodies);
 };

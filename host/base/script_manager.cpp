@@ -2,6 +2,7 @@
 // stays a plain value that a caller may copy.
 #include "host/base/script_manager.h"
 
+#include "host/base/script_type_info.h"
 #include "host/base/vbscript_parser.h"
 
 #include <cstdint>
@@ -34,4 +35,13 @@ CTVScript* CTVScriptManager::GetNextScript(POSITION& position) const {
     }
     position = index < m_scripts.size() ? reinterpret_cast<POSITION>(index + 1) : nullptr;
     return m_scripts[index - 1].get();
+}
+
+HRESULT CTVScript::GetTypeInfo(ITypeInfo** typeInfo) const {
+    if (typeInfo == nullptr)
+        return E_POINTER;
+    *typeInfo = nullptr;
+    if (!IsCompiled())
+        return E_FAIL;
+    return talvor::host::CreateScriptTypeInfo(m_procedures, typeInfo);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/base/vbscript_syntax_tree.h"
+#include "platform/com/type_info.h"
 #include "platform/core/win_types.h"
 #include "platform/strings/cstring.h"
 
@@ -10,8 +11,6 @@
 #include <vector>
 
 // One loaded script: its text, syntax tree, procedures and syntax errors.
-// TODO: GetTypeInfo (an ITypeInfo describing the procedures) needs the in-memory type
-// description of the component model; nothing here builds one yet.
 class CTVScript {
 public:
     explicit CTVScript(const CString& text);
@@ -28,6 +27,10 @@ public:
         return m_tree.errors;
     }
     const talvor::host::vbscript::SyntaxTree& GetSyntaxTree() const { return m_tree; }
+    // A type description of the procedures the script defines outside its classes (name,
+    // invoke kind, parameter names), with one reference for the caller: S_OK; E_FAIL for a
+    // script with syntax errors, E_POINTER for a null out pointer.
+    HRESULT GetTypeInfo(ITypeInfo** typeInfo) const;
 
 private:
     CString m_text;

@@ -1,6 +1,8 @@
 // Items and design records of a form, and the records' archive form.
 #include "host/ole/container_doc.h"
 
+#include "platform/com/ole_control.h"
+
 #include <algorithm>
 
 const CRuntimeClass CVXContainerDoc::classCVXContainerDoc =
@@ -15,6 +17,52 @@ CVXContainerItem::CVXContainerItem(const CString& displayName, IUnknown* object)
 CVXContainerItem::~CVXContainerItem() {
     if (m_lpObject)
         m_lpObject->Release();
+}
+
+namespace {
+
+// The default source interface of the object's class, or null.
+ITypeInfo* DefaultSourceOf(IUnknown* object) {
+    IProvideClassInfo* provider = nullptr;
+    if (object == nullptr ||
+        FAILED(object->QueryInterface(IID_IProvideClassInfo, reinterpret_cast<void**>(&provider))))
+        return nullptr;
+    ITypeInfo* coclass = nullptr;
+    HRESULT hr = provider->GetClassInfo(&coclass);
+    provider->Release();
+    if (FAILED(hr) || coclass == nullptr)
+        return nullptr;
+    ITypeInfo* source = nullptr;
+    TYPEATTR* attr = nullptr;
+    if (SUCCEEDED(coclass->GetTypeAttr(&attr))) {
+        for (UINT i = 0; i < attr->cImplTypes && source == nullptr; ++i) {
+            INT flags = 0;
+            HREFTYPE href = 0;
+            if (SUCCEEDED(coclass->GetImplTypeFlags(i, &flags)) &&
+                (flags & (IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE)) ==
+                    (IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE) &&
+                SUCCEEDED(coclass->GetRefTypeOfImplType(i, &href)))
+                coclass->GetRefTypeInfo(href, &source);
+        }
+        coclass->ReleaseTypeAttr(attr);
+    }
+    coclass->Release();
+    return source;
+}
+
+} // namespace
+
+CVXInterfaceInfo& CVXContainerItem::GetEventsInterface() {
+    if (!m_eventsRead) {
+        m_eventsRead = true;
+        if (m_eventsInfo.GetNumMethods() == 0) {
+            if (ITypeInfo* source = DefaultSourceOf(m_lpObject)) {
+                m_eventsInfo.Init(source);
+                source->Release();
+            }
+        }
+    }
+    return m_eventsInfo;
 }
 
 CVXContainerDoc::~CVXContainerDoc() {

@@ -4,6 +4,7 @@
 // the type description walks).
 #pragma once
 
+#include "host/ole/interface_info.h"
 #include "platform/com/unknown.h"
 #include "platform/files/archive.h"
 #include "platform/strings/arrays.h"
@@ -20,12 +21,18 @@ public:
     CVXContainerItem& operator=(const CVXContainerItem&) = delete;
 
     CString GetDisplayName() const { return m_strDisplayName; }
+    // The control's events: on first use, the default source interface of the object's class
+    // (IProvideClassInfo), empty when the object tells none. A host that knows the events
+    // otherwise fills it itself before that.
+    CVXInterfaceInfo& GetEventsInterface();
 
     // The control's object.
     IUnknown* m_lpObject = nullptr;
 
 private:
     CString m_strDisplayName;
+    CVXInterfaceInfo m_eventsInfo;
+    bool m_eventsRead = false;
 };
 
 class CVXContainerDoc : public CObject {

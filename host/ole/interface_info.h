@@ -65,6 +65,11 @@ public:
     void AddMethod(CVXMethodInfo* method) { m_arrMethods.Add(method); }
     // Destroys every method and empties the list.
     void RemoveAllMethods();
+    // Fills the description from a type description: one method per function, with its
+    // parameter names, in the order of the type, behind the methods already held; the name and
+    // identifier become the type's. E_POINTER for a null type, else the failure of its
+    // attributes.
+    HRESULT Init(ITypeInfo* typeInfo);
 
     // The members as the pointer array the engine walks; elements are CVXMethodInfo* owned by
     // this object. Whoever removes an element destroys it.

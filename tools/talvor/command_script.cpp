@@ -27,6 +27,10 @@ const char* const ScriptHelp =
     "       talvor script tree FORM SCRIPT [--procedure NAME] [--json]\n"
     "       talvor script op FORM SCRIPT PROCEDURE OPERATION INDEX [CODE] [--json]\n"
     "       talvor script check SCRIPT... [--json]\n"
+    "       talvor script rename FORM SCRIPT OLD NEW [--output FILE]\n"
+    "       talvor script check-name FORM SCRIPT NAME [--scope PROCEDURE]\n"
+    "       talvor script uses FORM SCRIPT NAME [--json]\n"
+    "       talvor script cmd-ids SCRIPT OLD NEW|--delete [--output FILE]\n"
     "\n"
     "FORM is a form description (JSON: the controls in tab order with their events, and the\n"
     "form's own events); SCRIPT is the form's VBScript text.\n"
@@ -40,7 +44,15 @@ const char* const ScriptHelp =
     "         insert-after, add-else, move-up, move-down, move-top, move-bottom (or 0 to 9) at\n"
     "         line INDEX (from 0) with statement CODE; prints the body and the line to select\n"
     "  check  syntax errors of each VBScript file as FILE:LINE:COLUMN: message (columns count\n"
-    "         bytes from 1); exit code 1 when there is any\n";
+    "         bytes from 1); exit code 1 when there is any\n"
+    "  rename      the script with the control or name OLD renamed to NEW everywhere outside\n"
+    "              string literals, the handlers of the control included\n"
+    "  check-name  whether NAME is free in the form and its script (or, with --scope, in\n"
+    "              that procedure only); prints why not and exits with 1 when it isn't\n"
+    "  uses        where the script still uses NAME: event handlers, Subs, Functions, and\n"
+    "              the commands and UI expressions of the command handler\n"
+    "  cmd-ids     the script with command id OLD changed to NEW in the command handler\n"
+    "              ScriptCmdMsg, or removed with --delete\n";
 
 const char* const FlowNames[] = {"none",   "if",       "else",      "end-if",     "for",
                                  "next",   "do-while", "loop",      "do",         "loop-while",
@@ -60,6 +72,8 @@ struct Parsed {
     bool json = false;
     std::string output;
     std::string procedure;
+    std::string scope;
+    bool remove = false;
 };
 
 bool ParseArguments(const Args& args, Parsed& parsed, std::string& error) {
@@ -67,12 +81,16 @@ bool ParseArguments(const Args& args, Parsed& parsed, std::string& error) {
         const std::string& arg = args[i];
         if (arg == "--json") {
             parsed.json = true;
-        } else if (arg == "--output" || arg == "--procedure") {
+        } else if (arg == "--delete") {
+            parsed.remove = true;
+        } else if (arg == "--output" || arg == "--procedure" || arg == "--scope") {
             if (i + 1 >= args.size()) {
                 error = arg + " needs a value";
                 return false;
             }
-            (arg == "--output" ? parsed.output : parsed.procedure) = args[++i];
+            (arg == "--output"  ? parsed.output
+             : arg == "--scope" ? parsed.scope
+                                : parsed.procedure) = args[++i];
         } else if (arg.size() > 2 && arg.compare(0, 2, "--") == 0) {
             error = "unknown option '" + arg + "'";
             return false;
@@ -254,6 +272,116 @@ int Operate(const ScriptSession& session, const std::vector<std::string>& words,
     return UserError("script op: no procedure named '" + name + "'");
 }
 
+int WriteScript(const CString& script, const std::string& output, std::FILE* out) {
+    if (output.empty()) {
+        std::fwrite(script.GetString(), 1, static_cast<std::size_t>(script.GetLength()), out);
+        return ExitOk;
+    }
+    std::string error;
+    if (!platform::WriteFileAtomically(output, script.View(), error))
+        return UserError(error);
+    return ExitOk;
+}
+
+int Rename(const ScriptSession& session, const std::string& oldName, const std::string& newName,
+           const std::string& output, std::FILE* out) {
+    // The events of the control being renamed, so that its handlers follow.
+    CVXInterfaceInfo* events = nullptr;
+    for (INT_PTR i = 0; i < session.interfaces->names.GetSize(); ++i)
+        if (session.interfaces->names[i].CompareNoCase(oldName.c_str()) == 0)
+            events = session.interfaces->interfaces[i];
+    CString script = session.script;
+    Engine().ChangeNameToScriptTxt(script, oldName.c_str(), newName.c_str(), events);
+    return WriteScript(script, output, out);
+}
+
+int CheckName(const ScriptSession& session, const std::string& name, const std::string& scope,
+              std::FILE* out) {
+    VB_VARIABLE_AND_PARAMETER_INFO vars;
+    if (!scope.empty()) {
+        bool found = false;
+        for (const Procedure& procedure : session.Procedures()) {
+            if (CString(procedure.name.c_str()).CompareNoCase(scope.c_str()) != 0)
+                continue;
+            VB_SUB_PROGRAMME_INFO sub;
+            Engine().GetDataByEventCode(procedure.text, &sub);
+            Engine().InitDataByCode(sub.strVariable, sub.strParameter, &vars);
+            found = true;
+            break;
+        }
+        if (!found)
+            return UserError("script check-name: no procedure named '" + scope + "'");
+    }
+    std::unique_ptr<CTVContainerDoc> doc = session.MakeDocument();
+    DENOMINATE_ERROR_INFO result =
+        Engine().CheckName(name.c_str(), session.script, doc.get(), &vars, scope.empty() ? 0 : 1);
+    if (result.nErrorType == DENOMINATE_OK) {
+        std::fprintf(out, "'%s' is free\n", name.c_str());
+        return ExitOk;
+    }
+    std::fprintf(out, "%s\n", Engine().GetErrorClew(result).GetString());
+    return ExitUserError;
+}
+
+const char* const PlaceNames[] = {"", "handler", "command", "enable", "check", "function", "sub"};
+
+int Uses(const ScriptSession& session, const std::string& name, bool json, std::FILE* out) {
+    std::unique_ptr<CTVContainerDoc> doc = session.MakeDocument();
+    CArray<CVXInterfaceInfo*, CVXInterfaceInfo*> interfaces;
+    CStringArray names;
+    Engine().GetAllEventsInterfacesAndCtrlNames(doc.get(), interfaces, names);
+    CArray<NAME_APPEAR_INFO, NAME_APPEAR_INFO> records;
+    if (Engine().GetAttachInfoByCtrlOrFunction(session.script, names, name.c_str(), interfaces,
+                                               records) == 0)
+        return UserError("script uses: the name is empty");
+    Json list = Json::array();
+    for (const NAME_APPEAR_INFO& record : records) {
+        const int type = record.nAppearType;
+        const char* place = type >= 1 && type <= 6 ? PlaceNames[type] : "?";
+        if (json) {
+            list.push_back({{"nAppearType", type},
+                            {"place", place},
+                            {"strOwner", ToUtf8(record.strOwner)},
+                            {"strMember", ToUtf8(record.strMember)}});
+            continue;
+        }
+        std::fprintf(out, "%-8s %s%s%s\n", place, record.strOwner.GetString(),
+                     record.strMember.IsEmpty() ? "" : (type == 1 ? "_" : " #"),
+                     record.strMember.GetString());
+    }
+    if (json)
+        std::fprintf(out, "%s\n", Json{{"name", name}, {"uses", list}}.dump(2).c_str());
+    else if (records.IsEmpty())
+        std::fprintf(out, "'%s' is not used\n", name.c_str());
+    return ExitOk;
+}
+
+bool CommandId(const std::string& text, unsigned int& id) {
+    char* end = nullptr;
+    const long long value = std::strtoll(text.c_str(), &end, 10);
+    if (text.empty() || *end != '\0' || value < -2147483648LL || value > 4294967295LL)
+        return false;
+    id = static_cast<unsigned int>(value);
+    return true;
+}
+
+int CommandIds(const Parsed& parsed, std::FILE* out) {
+    const std::vector<std::string>& words = parsed.words;
+    if (words.size() != (parsed.remove ? 3u : 4u))
+        return UserError("script cmd-ids: wrong number of arguments (see talvor script --help)");
+    unsigned int oldId = 0;
+    unsigned int newId = 0;
+    if (!CommandId(words[2], oldId) || (!parsed.remove && !CommandId(words[3], newId)))
+        return UserError("script cmd-ids: a command id is a whole number");
+    std::string text, error;
+    if (!platform::ReadWholeFile(words[1], text, error))
+        return UserError(error);
+    CString script(std::move(text));
+    CTVContainerDoc doc;
+    Engine().DisposalCommandIDByScriptText(script, oldId, newId, &doc, parsed.remove ? 1 : 0);
+    return WriteScript(script, parsed.output, out);
+}
+
 } // namespace
 
 int RunScript(const Args& args, std::FILE* out) {
@@ -269,10 +397,14 @@ int RunScript(const Args& args, std::FILE* out) {
         return UserError("script: " + error);
     const std::vector<std::string>& words = parsed.words;
     const std::string& command = words.empty() ? args[0] : words[0];
-    const std::size_t wanted = command == "op" ? 6 : 3;
-    if (command != "parse" && command != "regen" && command != "tree" && command != "op")
+    if (command == "cmd-ids")
+        return CommandIds(parsed, out);
+    const bool named = command == "check-name" || command == "uses";
+    const std::size_t wanted = command == "op" ? 6 : command == "rename" ? 5 : named ? 4 : 3;
+    if (command != "parse" && command != "regen" && command != "tree" && command != "op" &&
+        command != "rename" && !named)
         return UserError("script: unknown subcommand '" + command + "' (see talvor script --help)");
-    if (words.size() < wanted || words.size() > (command == "op" ? 7u : 3u))
+    if (words.size() < wanted || words.size() > (command == "op" ? 7u : wanted))
         return UserError("script " + command +
                          ": wrong number of arguments (see talvor script --help)");
 
@@ -285,6 +417,12 @@ int RunScript(const Args& args, std::FILE* out) {
         return Regen(session, parsed.output, out);
     if (command == "tree")
         return Tree(session, parsed.procedure, parsed.json, out);
+    if (command == "rename")
+        return Rename(session, words[3], words[4], parsed.output, out);
+    if (command == "check-name")
+        return CheckName(session, words[3], parsed.scope, out);
+    if (command == "uses")
+        return Uses(session, words[3], parsed.json, out);
     return Operate(session, words, parsed.json, out);
 }
 

@@ -2,6 +2,8 @@
 #include "tools/talvor/form_description.h"
 
 #include "host/ole/interface_builder.h"
+#include "platform/com/bstr.h"
+#include "platform/com/typelib/type_lib.h"
 
 #include <nlohmann/json.hpp>
 
@@ -67,6 +69,83 @@ bool ReadEvents(const Json& object, const std::string& where, std::vector<EventD
     return true;
 }
 
+// The default source interface of the coclass named className in the type library at path.
+bool ReadClassEvents(const std::string& path, const std::string& className,
+                     const std::string& where, std::vector<EventDescription>& events,
+                     std::string& error) {
+    ITypeLib* library = nullptr;
+    std::string why;
+    if (FAILED(platform::LoadTypeLibFromFile(path, &library, &why)) || library == nullptr)
+        return Fail(error, where + "typelib",
+                    "can't read '" + path + "'" + (why.empty() ? "" : ": " + why));
+    ITypeInfo* source = nullptr;
+    bool classFound = false;
+    for (UINT i = 0; i < library->GetTypeInfoCount() && !classFound; ++i) {
+        TYPEKIND kind{};
+        BSTR name = nullptr;
+        if (FAILED(library->GetTypeInfoType(i, &kind)) || kind != TKIND_COCLASS ||
+            FAILED(
+                library->GetDocumentation(static_cast<INT>(i), &name, nullptr, nullptr, nullptr)))
+            continue;
+        classFound =
+            CString(platform::MultiByteFromWide(name).c_str()).CompareNoCase(className.c_str()) ==
+            0;
+        SysFreeString(name);
+        ITypeInfo* coclass = nullptr;
+        if (!classFound || FAILED(library->GetTypeInfo(i, &coclass)))
+            continue;
+        TYPEATTR* attr = nullptr;
+        if (SUCCEEDED(coclass->GetTypeAttr(&attr))) {
+            for (UINT k = 0; k < attr->cImplTypes && source == nullptr; ++k) {
+                INT flags = 0;
+                HREFTYPE href = 0;
+                if (SUCCEEDED(coclass->GetImplTypeFlags(k, &flags)) &&
+                    (flags & (IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE)) ==
+                        (IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE) &&
+                    SUCCEEDED(coclass->GetRefTypeOfImplType(k, &href)))
+                    coclass->GetRefTypeInfo(href, &source);
+            }
+            coclass->ReleaseTypeAttr(attr);
+        }
+        coclass->Release();
+    }
+    library->Release();
+    if (!classFound)
+        return Fail(error, where + "class", "no class '" + className + "' in '" + path + "'");
+    if (source == nullptr)
+        return true; // a class without events
+    std::unique_ptr<CVXInterfaceInfo> described = host::BuildInterfaceFromTypeInfo(source);
+    source->Release();
+    for (int i = 0; described && i < described->GetNumMethods(); ++i) {
+        const CVXMethodInfo* method = described->GetMethod(i);
+        if (method == nullptr)
+            continue;
+        EventDescription event{method->GetName().Str(), method->GetID(), {}};
+        for (int p = 0; p < method->GetNumParams(); ++p)
+            if (const CVXMethodParamInfo* param = method->GetParam(p))
+                event.params.push_back(param->GetName().Str());
+        events.push_back(std::move(event));
+    }
+    return true;
+}
+
+// Events listed, or named by "typelib" (a type library file) and "class" (a coclass in it).
+bool ReadControlEvents(const Json& item, const std::string& where,
+                       std::vector<EventDescription>& events, std::string& error) {
+    auto typelib = item.find("typelib");
+    if (typelib == item.end())
+        return ReadEvents(item, where, events, error);
+    auto className = item.find("class");
+    if (!typelib->is_string())
+        return Fail(error, where + "typelib", "expected a file name");
+    if (className == item.end() || !className->is_string())
+        return Fail(error, where + "class", "expected the name of a class of the type library");
+    if (item.find("events") != item.end())
+        return Fail(error, where + "events", "give either events or typelib and class");
+    return ReadClassEvents(typelib->get<std::string>(), className->get<std::string>(), where,
+                           events, error);
+}
+
 std::vector<host::MemberDescription> Members(const std::vector<EventDescription>& events) {
     std::vector<host::MemberDescription> members;
     for (const EventDescription& event : events)
@@ -102,7 +181,7 @@ bool ParseFormDescription(const std::string& json, FormDescription& form, std::s
             return Fail(error, at, "expected an object");
         ControlDescription control;
         if (!ReadName(item, at, control.name, error) ||
-            !ReadEvents(item, at + ".", control.events, error))
+            !ReadControlEvents(item, at + ".", control.events, error))
             return false;
         form.controls.push_back(std::move(control));
     }

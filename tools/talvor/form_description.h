@@ -31,8 +31,11 @@ struct FormDescription {
 
 // Parses the JSON text of a form description:
 //   {"form": "Order", "events": [EVENT...], "controls": [{"name": "cmdOK", "events": [EVENT...]}]}
-// with EVENT = {"name": "KeyDown", "id": -602, "params": ["KeyCode", "Shift"]}. False, with a
-// message that names the place ("controls[1].events[0].id: ..."), for text of another shape.
+// with EVENT = {"name": "KeyDown", "id": -602, "params": ["KeyCode", "Shift"]}. Instead of its
+// "events", a control may name "typelib" (a type library file, .tlb or a PE file that carries
+// one) and "class" (a coclass in it): its events are then the class's default source interface.
+// False, with a message that names the place ("controls[1].events[0].id: ..."), for text of another
+// shape.
 bool ParseFormDescription(const std::string& json, FormDescription& form, std::string& error);
 
 // The engine's view of a form: one events interface per control in tab order, the form's

@@ -34,10 +34,37 @@ bool ScriptSession::Load(const std::string& formPath, const std::string& scriptP
     }
     CTalvorScriptTextDisposal& engine = CTalvorScriptTextDisposal::GetDisposal();
     interfaces = std::make_unique<FormInterfaces>(form, engine.m_strSystemFuncName);
-    engine.ChangeScripText(CString(std::move(scriptText)), outside);
+    script = CString(std::move(scriptText));
+    engine.ChangeScripText(script, outside);
     engine.GetCodeInfoByScriptText(outside, interfaces->names, interfaces->formEvents,
                                    interfaces->interfaces, &info);
     return true;
+}
+
+namespace {
+
+void AddEvents(CVXInterfaceInfo& target, const std::vector<EventDescription>& events) {
+    for (const EventDescription& event : events) {
+        auto* method = new CVXMethodInfo(CString(event.name.c_str()), event.id);
+        for (const std::string& param : event.params)
+            method->AddParam(new CVXMethodParamInfo(CString(param.c_str())));
+        target.AddMethod(method);
+    }
+}
+
+} // namespace
+
+std::unique_ptr<CTVContainerDoc> ScriptSession::MakeDocument() const {
+    auto doc = std::make_unique<CTVContainerDoc>();
+    for (const ControlDescription& control : form.controls) {
+        auto* item = new CVXContainerItem(CString(control.name.c_str()), nullptr);
+        AddEvents(item->GetEventsInterface(), control.events);
+        doc->AddItem(item);
+    }
+    CVXInterfaceInfo formEvents;
+    AddEvents(formEvents, form.events);
+    doc->SetEventsInterface(formEvents);
+    return doc;
 }
 
 std::vector<Procedure> ScriptSession::Procedures() const {

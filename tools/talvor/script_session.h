@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/script_text_disposal.h"
+#include "host/base/tv_container_doc.h"
 #include "tools/talvor/form_description.h"
 
 #include <memory>
@@ -22,6 +23,12 @@ public:
     // Reads both files and parses the script. False, with a message, when a file can't be
     // read or the form description is malformed.
     bool Load(const std::string& formPath, const std::string& scriptPath, std::string& error);
+
+    // The form as the host's document: one item per control in tab order with its events,
+    // and the form's own events.
+    std::unique_ptr<CTVContainerDoc> MakeDocument() const;
+    // The script text as read.
+    CString script;
 
     // Every procedure of the record: control handlers, Subs, Functions, form handlers.
     std::vector<Procedure> Procedures() const;
