@@ -1,6 +1,7 @@
 // Semantic tokens, formatting, completion and renaming for the language server.
 #include "lsp/detail/editing_queries.h"
 
+#include "engine/script_text_disposal.h"
 #include "host/base/vbscript_lexer.h"
 #include "host/base/vbscript_parser.h"
 #include "lsp/detail/script_queries.h"
@@ -105,6 +106,43 @@ Json CompletionItem(const std::string& label, int kind, const std::string& detai
     if (!detail.empty())
         item["detail"] = ToUtf8(detail);
     return item;
+}
+
+// One replacement in the old text: bytes [from, to) become text.
+struct TextChange {
+    std::size_t from, to;
+    std::string text;
+};
+
+// The replacements that turn `before` into `after` when `after` came from renaming `name` to
+// `newName` somewhere in `before`: each place where `before` holds the name (in any case) and
+// `after` holds the new name is one change. When the places found don't rebuild `after`
+// exactly, the whole text is one change, which is never wrong.
+std::vector<TextChange> ChangesBetween(const std::string& before, const std::string& after,
+                                       const std::string& name, const std::string& newName) {
+    std::vector<TextChange> changes;
+    if (before == after)
+        return changes;
+    std::size_t copied = 0;  // bytes of before accounted for
+    std::size_t matched = 0; // bytes of after shown to come from them
+    for (std::size_t p = 0; p + name.size() <= before.size();) {
+        const std::size_t q = matched + (p - copied); // where before[p] lands in after
+        const bool renamed = strncasecmp(before.data() + p, name.data(), name.size()) == 0 &&
+                             after.compare(q, newName.size(), newName) == 0 &&
+                             before.compare(p, name.size(), newName) != 0 &&
+                             after.compare(matched, p - copied, before, copied, p - copied) == 0;
+        if (!renamed) {
+            ++p;
+            continue;
+        }
+        changes.push_back({p, p + name.size(), newName});
+        matched = q + newName.size();
+        copied = p + name.size();
+        p = copied;
+    }
+    if (after.compare(matched, std::string::npos, before, copied, std::string::npos) != 0)
+        return {{0, before.size(), after}};
+    return changes;
 }
 
 // LSP completion item kinds.
@@ -287,28 +325,39 @@ Json PrepareRename(const TextDocument& document, Position position) {
 
 Json Rename(const TextDocument& document, Position position, const std::string& newName,
             std::string& refusal) {
-    refusal = NameProblem(newName);
-    if (!refusal.empty())
-        return nullptr;
     const WordSpan span = WordAt(document, position);
     const std::string word = document.Text().substr(span.begin, span.end - span.begin);
-    const vbs::SyntaxTree& tree = document.Tree();
-    const std::vector<const vbs::Node*> uses = span.Empty() || IsReservedWord(word)
-                                                   ? std::vector<const vbs::Node*>{}
-                                                   : NameUses(tree, word, true);
-    if (uses.empty()) {
+    if (span.Empty() || IsReservedWord(word) || NameUses(document.Tree(), word, true).empty()) {
         refusal = "there is no name of the script at this place to rename";
         return nullptr;
     }
-    if (!SameName(word, newName) && !NameUses(tree, newName, true).empty()) {
+    refusal = NameProblem(newName);
+    if (!refusal.empty())
+        return nullptr;
+    const std::string& text = document.Text();
+    CTalvorScriptTextDisposal& engine = CTalvorScriptTextDisposal::GetDisposal();
+    if (!SameName(word, newName)) {
+        // The engine's checks: keywords, the system's names, the script's procedures and
+        // declarations. A name in use would make two things one.
+        const DENOMINATE_ERROR_INFO check =
+            engine.CheckName(CString(newName), CString(text), nullptr, nullptr, 0);
+        if (check.nErrorType != DENOMINATE_OK) {
+            const CString clew = engine.GetErrorClew(check);
+            refusal = clew.IsEmpty() ? "'" + newName + "' is in use" : ToUtf8(clew.Str());
+            return nullptr;
+        }
+    }
+    // Subs of the script that handle no control's event are beyond the engine's checks.
+    if (!SameName(word, newName) && !NameUses(document.Tree(), newName, true).empty()) {
         refusal = "'" + newName + "' already names something in this script";
         return nullptr;
     }
+    CString renamed(text);
+    engine.ChangeNameToScriptTxt(renamed, CString(word), CString(newName), nullptr);
     Json edits = Json::array();
-    for (const vbs::Node* use : uses)
-        edits.push_back(
-            Json{{"range", RangeJson(document, use->textOffset, use->textOffset + use->textLength)},
-                 {"newText", ToUtf8(newName)}});
+    for (const TextChange& change : ChangesBetween(text, renamed.Str(), word, newName))
+        edits.push_back(Json{{"range", RangeJson(document, change.from, change.to)},
+                             {"newText", ToUtf8(change.text)}});
     return Json{{"changes", {{document.Uri(), std::move(edits)}}}};
 }
 
