@@ -100,8 +100,9 @@ TEST_F(RichEdit, WrapsAtBlanksByPixelWidthAndUnwrapsOnRequest) {
     for (int line = 0; line < edit.GetLineCount(); ++line) {
         const CString text = edit.GetLineText(line);
         EXPECT_NE(text.Right(1), CString("\r")) << "a soft break has no paragraph mark";
-        if (line + 1 < edit.GetLineCount())
+        if (line + 1 < edit.GetLineCount()) {
             EXPECT_EQ(text.Right(1), CString(" ")) << "lines break behind a blank";
+        }
         // Every character before the break fits into the rectangle.
         const int last = edit.LineIndex(line) + edit.LineLength(edit.LineIndex(line));
         EXPECT_LE(edit.PosFromChar(static_cast<UINT>(last - 1)).x, 120);
