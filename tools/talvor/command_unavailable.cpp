@@ -2,9 +2,6 @@
 #include "tools/talvor/commands.h"
 
 namespace talvor::tool {
-int RunRender(const Args&, std::FILE*) {
-    return NotAvailable("render");
-}
 int RunCommands(const Args&, std::FILE*) {
     return NotAvailable("commands");
 }
