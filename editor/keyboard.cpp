@@ -4,6 +4,7 @@
 #include "editor/syntax_edit.h"
 
 #include "platform/codepage/code_page.h"
+#include "platform/window/input_state.h"
 
 #include <cctype>
 
@@ -14,11 +15,164 @@ bool IsWordByte(unsigned char c) {
 } // namespace
 
 BOOL CTalvorSyntaxEdit::PreTranslateMessage(MSG* pMsg) {
+    if (pMsg && pMsg->message == WM_KEYDOWN && (GetAsyncKeyState(VK_CONTROL) & 0x8000) &&
+        pMsg->wParam >= 65 && pMsg->wParam < 86) {
+        const bool shift = (GetAsyncKeyState(VK_SHIFT) & 0x8000) != 0;
+        UINT command = 0;
+        switch (pMsg->wParam) {
+        case 'A':
+            command = 57642;
+            break;
+        case 'F':
+            command = 57636;
+            break;
+        case 'H':
+            command = 57641;
+            break;
+        case 'K':
+            command = shift ? 6018 : 6011;
+            break;
+        case 'L':
+            command = 6008;
+            break;
+        case 'U':
+            command = shift ? 6012 : 6007;
+            break;
+        default:
+            break;
+        }
+        if (command)
+            SendMessage(WM_COMMAND, command);
+    }
     return CRichEditCtrl::PreTranslateMessage(pMsg);
+}
+
+BOOL CTalvorSyntaxEdit::OnCommand(UINT nID) {
+    switch (nID) {
+    case 6000:
+        OnEditMoveright();
+        return TRUE;
+    case 6001:
+        OnEditMoveleft();
+        return TRUE;
+    case 6003:
+        OnEditComment();
+        return TRUE;
+    case 6004:
+        OnEditUncomment();
+        return TRUE;
+    case 6007:
+        OnEditUcase();
+        return TRUE;
+    case 6008:
+        OnEditLcase();
+        return TRUE;
+    case 6011:
+        OnEditInvert();
+        return TRUE;
+    case 6012:
+        OnEditCapitalize();
+        return TRUE;
+    case 6013:
+        OnEditTabtospace();
+        return TRUE;
+    case 6014:
+        OnEditSpacetotab();
+        return TRUE;
+    case 6015:
+        OnEditLeadingspacetotab();
+        return TRUE;
+    case 6016:
+        OnEditTrimtraillingspace();
+        return TRUE;
+    case 6017:
+        OnEditTrimtraillingtab();
+        return TRUE;
+    case 6018:
+        OnEditSentancecase();
+        return TRUE;
+    case 57634:
+        OnEditcopy();
+        return TRUE;
+    case 57635:
+        OnEditcut();
+        return TRUE;
+    case 57637:
+        OnEditPaste();
+        return TRUE;
+    case 57642:
+        OnEditselectall();
+        return TRUE;
+    case 57643:
+        OnEditundo();
+        return TRUE;
+    case 57644:
+        OnEditredo();
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
+void CTalvorSyntaxEdit::OnEditcut() {
+    long start, end;
+    GetSel(start, end);
+    SendMessage(WM_CUT);
+    if (start != end)
+        ReCalcCursorPostion();
+    else
+        m_nHScrollMax = GetScrollLimit(SB_HORZ);
+    m_bModified = 1;
+}
+
+void CTalvorSyntaxEdit::OnEditcopy() {
+    SendMessage(WM_COPY);
+}
+
+void CTalvorSyntaxEdit::OnEditPaste() {
+    std::string text;
+    if (!talvor::platform::GetClipboardText(text))
+        return;
+    CWnd* focus = GetFocus();
+    if (focus && focus != this) {
+        focus->SendMessage(WM_PASTE);
+        return;
+    }
+    long start, end;
+    GetSel(start, end);
+    m_nLineCount = GetLineCount();
+    SetParseCookieZeroFromGivenLine(static_cast<int>(LineFromChar(start)));
+    ReplaceSel(text.c_str(), TRUE);
+    if (start != end)
+        ReCalcCursorPostion();
+    m_bModified = 1;
+}
+
+void CTalvorSyntaxEdit::OnEditselectall() {
+    CWnd* focus = GetFocus();
+    if (focus && focus != this) {
+        focus->SendMessage(EM_SETSEL, 0, -1);
+        return;
+    }
+    SetSel(0, -1);
+    SetFocus();
+    PostMessage(WM_PAINT);
+    m_bModified = 1;
+}
+
+void CTalvorSyntaxEdit::OnEditundo() {
+    SendMessage(EM_UNDO);
+}
+
+void CTalvorSyntaxEdit::OnEditredo() {
+    SendMessage(EM_REDO);
+    m_bModified = 1;
 }
 
 LRESULT CTalvorSyntaxEdit::WindowProc(UINT nMsg, WPARAM wParam, LPARAM lParam) {
     constexpr UINT ImeChar = 0x0286;
+    if (nMsg == WM_COMMAND && OnCommand(LOWORD(wParam)))
+        return 0;
     if (nMsg != ImeChar)
         return CRichEditCtrl::WindowProc(nMsg, wParam, lParam);
     long start, end;

@@ -11,8 +11,10 @@
 #include "platform/richedit/rich_edit_ctrl.h"
 #include "syntax/syntax.h"
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 class CArchive;
 
@@ -100,6 +102,34 @@ public:
 
     virtual CString GetCursorString();
 
+    // Text commands (identifiers 6000 to 6018). Line commands work on the lines of the
+    // selection and select them whole afterwards; the others transform the selected text.
+    void OnEditMoveright();
+    void OnEditMoveleft();
+    void OnEditComment();
+    void OnEditUncomment();
+    void OnEditUcase();
+    void OnEditLcase();
+    void OnEditInvert();
+    void OnEditCapitalize();
+    void OnEditTabtospace();
+    void OnEditSpacetotab();
+    void OnEditLeadingspacetotab();
+    void OnEditTrimtraillingspace();
+    void OnEditTrimtraillingtab();
+    void OnEditSentancecase();
+    // Drops the cookie cache and re-applies the font, which puts the control's text back; the
+    // argument is not used.
+    void LoadText(CString& str);
+
+    // Clipboard and undo commands (57634 to 57644).
+    void OnEditcut();
+    void OnEditcopy();
+    void OnEditPaste();
+    void OnEditselectall();
+    void OnEditundo();
+    void OnEditredo();
+
     // Replaces the control's text by a file's (silently empty when it cannot be read) and
     // clears the modified state.
     void LoadFile(CString strPath);
@@ -126,6 +156,8 @@ protected:
     int IsStrInSelection(int x, int y, int bStart);
     int IsSelectionInStr(int x, int nWidth, int y);
     void ReCalcCursorPostion();
+    // Runs the handler of a command identifier; FALSE for one the editor does not handle.
+    BOOL OnCommand(UINT nID);
 
     int m_nHScrollPos;
     int m_nMarkCount;
@@ -175,6 +207,11 @@ private:
     unsigned long CarriedCookie(unsigned long cookieAbove, int hardEndAbove);
     void ResynchroniseCookies();
     void DrawTabMark(CDC* pDC, int x, const CRect& rc);
+    // The frames of the text commands.
+    void LineCommand(const std::function<void(long, std::string_view)>& step);
+    void SelectionCommand(const std::function<std::string(std::string)>& transform,
+                          bool keepSelection);
+    void RemoveChars(long index, long count);
     // Font made from m_lfFont for the paint, kept while m_lfFont stays the same.
     CFont& PaintFont();
 
