@@ -30,7 +30,10 @@ void CTalvorSyntaxEdit::LineCommand(const std::function<void(long, std::string_v
     GetSelLine(first, last);
     int n = last - first + 1;
     CString str, above;
-    for (int i = 0; i < n; ++i) {
+    // Rewrapping may add display lines at every step (a tab at the start of a line in a very
+    // narrow window); the walk never goes beyond a bound of the lines there were at the start.
+    const long limit = 4L * GetLineCount() + 64;
+    for (int i = 0; i < n && i < limit; ++i) {
         const int line = first + i;
         m_nLineCount = GetLineCount();
         const int prevHard = line == 0 ? 1 : GetLineString(line - 1, above);

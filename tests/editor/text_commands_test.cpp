@@ -120,3 +120,19 @@ TEST(TextTransforms, AsTheCommandsDescribeThem) {
 }
 
 } // namespace
+
+namespace {
+
+// Found by the fuzz target: in a window narrower than a tab each inserted tab added a display
+// line, and the walk over the lines never ended.
+TEST_F(TextCommands, IndentInATinyWrappingWindowEnds) {
+    edit.SetWrapMode(2);
+    edit.MoveWindow(0, 0, 30, 40);
+    SetText("abcdefgh");
+    edit.SetSel(0, 0);
+    edit.OnEditMoveright();
+    EXPECT_EQ(Text().substr(0, 1), "\t");
+    EXPECT_NE(Text().find("abcdefgh"), std::string::npos);
+}
+
+} // namespace
