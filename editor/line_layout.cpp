@@ -45,8 +45,9 @@ unsigned long CTalvorSyntaxEdit::GetParseCookie(int nLine) {
     int first = nLine;
     while (first > 0 && m_pParseCookie[first - 1] == UnknownCookie)
         --first;
-    int hardEnd = m_bPrevHardEnd;
+    // How the line above the first unknown one ends decides what of its cookie passes on.
     CString line;
+    int hardEnd = first == 0 ? 1 : GetLineString(first - 1, line);
     talvor::syntax::DocumentColourer colourer(*this);
     for (int k = first; k <= nLine; ++k) {
         const unsigned long start =
@@ -55,6 +56,15 @@ unsigned long CTalvorSyntaxEdit::GetParseCookie(int nLine) {
         m_pParseCookie[k] = colourer.CookieAtEnd(start, line);
     }
     return m_pParseCookie[nLine];
+}
+
+void CTalvorSyntaxEdit::OnTextChanged(long firstChar, bool wholeText) {
+    if (wholeText) {
+        SetParseCookieZeroFromGivenLine(0);
+        return;
+    }
+    SetParseCookieZeroFromGivenLine(static_cast<int>(LineFromChar(firstChar)));
+    m_bModified = 1;
 }
 
 void CTalvorSyntaxEdit::ResetParseCookie() {
@@ -134,10 +144,14 @@ void CTalvorSyntaxEdit::SetLeftMargin() {
     format.left = m_nLeftMargin;
     if (m_bShowReturnLineToken && m_nWrapMode == 1)
         format.right -= 12;
+    CRect before;
+    GetRect(&before);
     SendMessage(EM_SETRECT, 0, reinterpret_cast<LPARAM>(static_cast<LPCRECT>(format)));
     if (!GetSafeHwnd())
         SetRect(format);
-    if (m_nWrapMode == 1)
+    // Wrapping changes with the width: in mode 1 always, and when the control wraps at the
+    // window as soon as the width is another.
+    if (m_nWrapMode == 1 || (IsWrapping() && before.Width() != format.Width()))
         ResetParseCookie();
 }
 

@@ -133,6 +133,11 @@ public:
     // Replaces the control's text by a file's (silently empty when it cannot be read) and
     // clears the modified state.
     void LoadFile(CString strPath);
+    // The text of a file: 16-bit little-endian text when it starts with 0xFF, else 8-bit text
+    // up to its first zero byte; a file that cannot be read shows a message and gives "".
+    CString GetFileContext(CString strPath);
+    // 1 when the path is not empty and the file can be read.
+    int IsFileExist(CString& strPath);
     // Writes the control's text (CRLF line ends); a null or empty path does nothing.
     void SaveTheContext(const char* pszPath);
 
@@ -156,6 +161,9 @@ protected:
     int IsStrInSelection(int x, int y, int bStart);
     int IsSelectionInStr(int x, int nWidth, int y);
     void ReCalcCursorPostion();
+    // The control's change notification: the cookies from the changed line on are forgotten,
+    // and a change by editing marks the text modified.
+    void OnTextChanged(long firstChar, bool wholeText) override;
     // Runs the handler of a command identifier; FALSE for one the editor does not handle.
     BOOL OnCommand(UINT nID);
 

@@ -92,6 +92,7 @@ void CRichEditCtrl::Replace(long start, long end, std::string_view rawText, bool
     }
     UpdateScrollBars();
     Invalidate(FALSE);
+    OnTextChanged(start, false);
 }
 
 void CRichEditCtrl::Record(Step step) {

@@ -114,6 +114,12 @@ public:
 
 protected:
     LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+    // The change notification: the text changed from this character on (wholeText: all of
+    // it was replaced). A window that keeps data per line forgets it from there.
+    virtual void OnTextChanged(long firstChar, bool wholeText) {
+        (void)firstChar;
+        (void)wholeText;
+    }
 
 private:
     struct Paragraph {

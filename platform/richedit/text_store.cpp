@@ -119,6 +119,7 @@ void CRichEditCtrl::SetAllText(std::string_view text) {
     m_undo.clear();
     m_redo.clear();
     UpdateScrollBars();
+    OnTextChanged(0, true);
 }
 
 std::string CRichEditCtrl::AllText(bool crlf) const {

@@ -304,6 +304,15 @@ void CWnd::GetClientRect(LPRECT rect) const {
         *rect = RECT{0, 0, m_rect.right - m_rect.left, m_rect.bottom - m_rect.top};
 }
 
+void CWnd::ClientToScreen(LPPOINT point) const {
+    if (!point)
+        return;
+    for (const CWnd* wnd = this; wnd; wnd = wnd->m_pParent) {
+        point->x += wnd->m_rect.left;
+        point->y += wnd->m_rect.top;
+    }
+}
+
 BOOL CWnd::ShowWindow(int showCommand) {
     const BOOL wasVisible = IsWindowVisible();
     m_nShowCmd = showCommand;

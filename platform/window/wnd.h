@@ -66,6 +66,9 @@ public:
     void GetWindowRect(LPRECT rect) const;
     // The client area from (0, 0); scroll bars take no room in this model.
     void GetClientRect(LPRECT rect) const;
+    // Client coordinates to the screen's: child windows are placed relative to their parent,
+    // a window without a parent on the screen.
+    void ClientToScreen(LPPOINT point) const;
     BOOL ShowWindow(int showCommand); // TRUE when the window was visible before
     BOOL IsWindowVisible() const { return m_nShowCmd != SW_HIDE; }
     int GetShowCommand() const { return m_nShowCmd; }

@@ -4,6 +4,9 @@
 
 #include "syntax/document_colourer.h"
 
+#include <cstdio>
+#include <unistd.h>
+
 namespace {
 
 using Lines = EditorTest;
@@ -129,6 +132,36 @@ TEST_F(Lines, TheWordAtTheCaret) {
     EXPECT_EQ(edit.GetCursorString(), CString("bc"));
     edit.SetSel(3, 17);
     EXPECT_EQ(edit.GetCursorString(), CString("tail")) << "a leading underscore is dropped";
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(Lines, FileContextTellsSixteenBitTextByItsFirstByte) {
+    Create();
+    const std::string path = "/tmp/talvor-editor-file-" + std::to_string(::getpid());
+    auto write = [&](const std::string& bytes) {
+        std::FILE* f = std::fopen(path.c_str(), "wb");
+        std::fwrite(bytes.data(), 1, bytes.size(), f);
+        std::fclose(f);
+    };
+    write(std::string("\xFF\xFE"
+                      "a\0b\0c",
+                      7));
+    EXPECT_EQ(edit.GetFileContext(path.c_str()), CString("ab")) << "the odd last byte is lost";
+    write(std::string("\xFE\xFF"
+                      "a\0b",
+                      5));
+    EXPECT_EQ(edit.GetFileContext(path.c_str()).GetLength(), 3) << "8-bit text up to the zero";
+    write("");
+    EXPECT_TRUE(edit.GetFileContext(path.c_str()).IsEmpty());
+    CString name(path.c_str());
+    EXPECT_EQ(edit.IsFileExist(name), 1);
+    std::remove(path.c_str());
+    EXPECT_EQ(edit.IsFileExist(name), 0);
+    CString empty;
+    EXPECT_EQ(edit.IsFileExist(empty), 0);
 }
 
 } // namespace
