@@ -165,3 +165,60 @@ TEST_F(Lines, FileContextTellsSixteenBitTextByItsFirstByte) {
 }
 
 } // namespace
+
+namespace {
+
+// Every known cookie agrees with a parse of all display lines from the first, the cookie
+// carried over hard and soft line ends.
+void ExpectCacheMatchesFullParse(TestEdit& edit) {
+    edit.m_nLineCount = edit.GetLineCount();
+    talvor::syntax::DocumentColourer colourer(edit);
+    ASSERT_EQ(edit.m_nLineCount, edit.m_nCookieCount);
+    CString line;
+    int hardEnd = 1;
+    unsigned long end = 0;
+    for (int k = 0; k < edit.m_nLineCount; ++k) {
+        const unsigned long start = k == 0 ? 0 : colourer.CookieForNextLine(end, hardEnd != 0);
+        hardEnd = edit.GetLineString(k, line);
+        end = colourer.CookieAtEnd(start, line);
+        if (edit.m_pParseCookie[k] != 0xFFFFFFFFu)
+            EXPECT_EQ(edit.m_pParseCookie[k], end) << k;
+    }
+}
+
+// Found by the fuzz target: a change above the view left the cookies below it as they were.
+TEST_F(Lines, AChangeAboveTheViewIsNotCarriedByStaleCookies) {
+    Create(400, 40);
+    edit.SelectLanguage(8);
+    std::string text = "/* start\r\n";
+    for (int i = 0; i < 30; ++i)
+        text += "x" + std::to_string(i) + ";\r\n";
+    SetText(text);
+    edit.SetSel(0, 0);
+    edit.GotoLine(30);
+    edit.SendMessage(WM_PAINT);
+    ExpectCacheMatchesFullParse(edit);
+    edit.SetSel(0, 2);
+    edit.ReplaceSel("", TRUE);
+    edit.GotoLine(30);
+    edit.SendMessage(WM_PAINT);
+    ExpectCacheMatchesFullParse(edit);
+    EXPECT_EQ(edit.GetParseCookie(20) & 0x04, 0u);
+}
+
+TEST_F(Lines, ANewWrappingWidthStartsTheCacheAfresh) {
+    Create(400, 120);
+    edit.SetWrapMode(2);
+    edit.SelectLanguage(8);
+    SetText("int a = \"a long string that wraps somewhere along the way\"; /* and a comment "
+            "that goes on */ int b;\r\nint c;");
+    edit.SetSel(0, 0);
+    edit.SendMessage(WM_PAINT);
+    ExpectCacheMatchesFullParse(edit);
+    edit.MoveWindow(0, 0, 150, 120);
+    AfxPumpMessages();
+    edit.SendMessage(WM_PAINT);
+    ExpectCacheMatchesFullParse(edit);
+}
+
+} // namespace
