@@ -9,6 +9,7 @@
 #include "platform/draw/bitmap.h"
 #include "platform/draw/font.h"
 #include "platform/richedit/rich_edit_ctrl.h"
+#include "platform/window/cmd_ui.h"
 #include "syntax/syntax.h"
 
 #include <functional>
@@ -129,6 +130,25 @@ public:
     void OnEditselectall();
     void OnEditundo();
     void OnEditredo();
+    // Replaces a non-empty selection by nothing, with undo; OnClearAll empties the text.
+    void OnClear();
+    void OnClearAll();
+
+    // Enable states: writable means the control lacks ES_READONLY.
+    void OnUpdateReadOnly(CCmdUI* pCmdUI);
+    void OnUpdateEditcut(CCmdUI* pCmdUI);
+    void OnUpdateEditUcase(CCmdUI* pCmdUI);
+    void OnUpdateEditLcase(CCmdUI* pCmdUI);
+    void OnUpdateEditInvert(CCmdUI* pCmdUI);
+    void OnUpdateEditSentancecase(CCmdUI* pCmdUI);
+    void OnUpdateEditcopy(CCmdUI* pCmdUI);
+    void OnUpdateEditCapitalize(CCmdUI* pCmdUI);
+    void OnUpdateEditpaste(CCmdUI* pCmdUI);
+    void OnUpdateEditundo(CCmdUI* pCmdUI);
+    void OnUpdateEditredo(CCmdUI* pCmdUI);
+    void OnUpdateClearAll(CCmdUI* pCmdUI);
+    // Runs the update handler bound to the command's identifier; FALSE when none is.
+    BOOL UpdateCommandUI(CCmdUI* pCmdUI);
 
     // Replaces the control's text by a file's (silently empty when it cannot be read) and
     // clears the modified state.

@@ -136,3 +136,40 @@ TEST_F(TextCommands, IndentInATinyWrappingWindowEnds) {
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(TextCommands, EnableStatesFollowSelectionReadOnlyClipboardAndUndo) {
+    SetText("abc");
+    edit.SetSel(1, 1);
+    auto enabled = [&](UINT id) {
+        CCmdUI ui(id);
+        EXPECT_TRUE(edit.UpdateCommandUI(&ui)) << id;
+        return ui.m_bEnabled;
+    };
+    EXPECT_TRUE(enabled(6000));
+    EXPECT_FALSE(enabled(57635)) << "cut needs a selection";
+    EXPECT_FALSE(enabled(57634));
+    EXPECT_FALSE(enabled(57643)) << "nothing to undo after new text";
+    edit.SetSel(0, 2);
+    EXPECT_TRUE(enabled(6007));
+    EXPECT_TRUE(enabled(6012));
+    talvor::platform::EmptyClipboard();
+    EXPECT_FALSE(enabled(57637));
+    edit.OnEditcopy();
+    EXPECT_TRUE(enabled(57637));
+    EXPECT_EQ(edit.m_bModified, 0) << "copy changes nothing";
+    edit.OnClear();
+    EXPECT_TRUE(enabled(57643));
+    EXPECT_FALSE(enabled(57644));
+    edit.SetReadOnly(TRUE);
+    edit.SetSel(0, 1);
+    EXPECT_FALSE(enabled(6000));
+    EXPECT_FALSE(enabled(6007));
+    EXPECT_FALSE(enabled(57643));
+    EXPECT_TRUE(enabled(6012)) << "capitalize only needs a selection";
+    CCmdUI other(1234);
+    EXPECT_FALSE(edit.UpdateCommandUI(&other));
+}
+
+} // namespace
