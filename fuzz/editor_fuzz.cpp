@@ -8,6 +8,7 @@
 #include "syntax/document_colourer.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -34,8 +35,10 @@ public:
     void Check() {
         long start, end;
         GetSel(start, end);
-        if (start < 0 || end < start || end > GetTextLength())
+        if (start < 0 || end < start || end > GetTextLength()) {
+            std::fprintf(stderr, "selection %ld-%ld outside the text\n", start, end);
             std::abort();
+        }
         SendMessage(WM_PAINT);
         if (!m_pParseCookie || m_nCookieCount != GetLineCount())
             return;
@@ -43,8 +46,11 @@ public:
         const int first = GetFirstVisibleLine();
         const int last = std::min(m_nCookieCount, first + GetVisibleLineCount());
         for (int k = first; k < last; ++k)
-            if (m_pParseCookie[k] != cookies[static_cast<std::size_t>(k)])
+            if (m_pParseCookie[k] != cookies[static_cast<std::size_t>(k)]) {
+                std::fprintf(stderr, "line %d: cookie %lx, a full parse gives %lx\n", k,
+                             m_pParseCookie[k], cookies[static_cast<std::size_t>(k)]);
                 std::abort();
+            }
     }
 };
 

@@ -58,13 +58,16 @@ void CRichEditCtrl::Replace(long start, long end, std::string_view rawText, bool
     }
     std::vector<Paragraph> fresh;
     std::size_t pos = 0;
+    std::size_t endByte = 0; // in the last new paragraph, behind the inserted text
     while (true) {
         const std::size_t mark = text.find('\r', pos);
         Paragraph para;
         para.text = (fresh.empty() ? head : std::string()) +
                     text.substr(pos, mark == std::string::npos ? std::string::npos : mark - pos);
-        if (mark == std::string::npos)
+        if (mark == std::string::npos) {
+            endByte = para.text.size();
             para.text += tail;
+        }
         para.chars = CountChars(para.text);
         LayoutParagraph(para);
         if (!m_maxWidthStale)
@@ -83,7 +86,14 @@ void CRichEditCtrl::Replace(long start, long end, std::string_view rawText, bool
     }
     Invalidated(a.para);
     m_modified = true;
-    m_selAnchor = m_selActive = start + step.insertedChars;
+    // The caret goes behind the inserted bytes. A lone lead byte in front of them, or in the
+    // text behind, may have joined a new byte into one character, so the count of characters
+    // is taken from the text as it now stands.
+    const int lastPara = a.para + static_cast<int>(fresh.size()) - 1;
+    const std::string& last = m_paras[lastPara].text;
+    const long caret = ParaStart(lastPara) + CountChars(std::string_view(last).substr(0, endByte));
+    step.insertedChars = std::max(0L, caret - start);
+    m_selAnchor = m_selActive = Clamp(caret);
     if (canUndo)
         Record(std::move(step));
     else {

@@ -248,3 +248,26 @@ TEST_F(RichEdit, DoubleBytePositionsCountCharacters) {
 }
 
 } // namespace
+
+namespace {
+
+// Found by the fuzz target: a byte typed behind a lone lead byte joins it into one character,
+// and the caret went past the end of the text.
+TEST_F(RichEdit, ATypedByteJoiningALoneLeadByteKeepsTheCaretInTheText) {
+    const unsigned before = talvor::platform::SystemCodePage();
+    ASSERT_TRUE(talvor::platform::SetSystemCodePage(936));
+    edit.SetWindowText("9\xF2");
+    EXPECT_EQ(edit.GetTextLength(), 2);
+    edit.SetSel(2, 2);
+    edit.ReplaceSel("x", TRUE);
+    EXPECT_EQ(edit.GetTextLength(), 2) << "lead byte and x are one character now";
+    long s, e;
+    edit.GetSel(s, e);
+    EXPECT_LE(e, edit.GetTextLength());
+    EXPECT_TRUE(edit.Undo());
+    edit.GetSel(s, e);
+    EXPECT_LE(e, edit.GetTextLength());
+    talvor::platform::SetSystemCodePage(before);
+}
+
+} // namespace
