@@ -4,20 +4,12 @@
 
 #include "host/bars/command_bars.h"
 #include "platform/window/frame_wnd.h"
+#include "platform/window/messages.h"
 
-struct CREATESTRUCT {
-    void* lpCreateParams = nullptr;
-    UINT style = 0;
-    const char* lpszName = nullptr;
-};
 struct CCreateContext;
 struct AFX_CMDHANDLERINFO;
 struct HMENU__;
 using HMENU = HMENU__*;
-
-constexpr UINT WM_CREATE = 0x0001;
-constexpr UINT WM_DESTROY = 0x0002;
-constexpr UINT WM_CLOSE = 0x0010;
 
 // The command bars of a frame.
 class CVTFrameWndImpl {

@@ -1,6 +1,6 @@
-// CVPState: a window's state as an archive in the host's state store. The deriving class
-// writes and reads everything in SerializeState; the store keeps the bytes as a binary profile
-// value under a section and an entry.
+// CVPState: the base of objects whose state a host saves and restores through an archive
+// (window layouts, the command designer, editor options). SaveState and LoadState keep the
+// bytes as a binary profile value under a section and an entry.
 #pragma once
 
 #include "platform/core/win_types.h"
@@ -10,7 +10,8 @@ class CArchive;
 class CVPState {
 public:
     virtual ~CVPState() = default;
-    virtual void SerializeState(CArchive& ar) = 0;
+    // Stores or loads the object's state by the archive's direction; the base keeps none.
+    virtual void SerializeState(CArchive&) {}
 
     // Stores the state; FALSE when the store refused it or the archive failed.
     BOOL SaveState(const char* section, const char* entry);

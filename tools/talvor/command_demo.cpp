@@ -117,7 +117,13 @@ int RunDemo(const Args& args, std::FILE* out) {
                RunAlias, "alias", {"list", formAlias, "--lang", "0x0407"});
     ok &= Show(out, 9, "The undo history: snapshots of a design in a compound file", RunUndo,
                "undo", {"demo", form});
-    std::fprintf(out, "\nNot in this build yet: render, typelib, commands.\n");
+    const std::string picture = folder + "/order_form.png";
+    ok &=
+        Show(out, 10, "The script in the editor: line numbers, tab and line-end marks, a selection",
+             RunRender, "render",
+             {script, "-o", picture, "--line-numbers", "--show-tabs", "--show-line-ends",
+              "--select", "120:160", "--width", "800", "--height", "480"});
+    std::fprintf(out, "\nNot in this build yet: typelib, commands.\n");
     std::fprintf(out, ok ? "\nDemo finished.\n" : "\nDemo finished with failures (see above).\n");
     return ok ? ExitOk : ExitInternalError;
 }
