@@ -45,3 +45,12 @@ TEST(TalvorTool, BadInputIsAUserErrorWithAMessage) {
         EXPECT_NE(run.out.find(c.message), std::string::npos) << run.out;
     }
 }
+
+TEST(TalvorTool, TheDemoRunsEveryStepAndSucceeds) {
+    ToolRun demo = Talvor("demo");
+    EXPECT_EQ(demo.exitCode, 0) << demo.out;
+    for (int step = 1; step <= 12; ++step)
+        EXPECT_NE(demo.out.find("== " + std::to_string(step) + ". "), std::string::npos) << step;
+    EXPECT_NE(demo.out.find("Demo finished.\n"), std::string::npos);
+    EXPECT_EQ(demo.out.find("failures"), std::string::npos);
+}
