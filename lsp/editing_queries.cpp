@@ -2,6 +2,7 @@
 #include "lsp/detail/editing_queries.h"
 
 #include "engine/script_text_disposal.h"
+#include "host/base/api_code.h"
 #include "host/base/vbscript_lexer.h"
 #include "host/base/vbscript_parser.h"
 #include "lsp/detail/script_queries.h"
@@ -143,6 +144,22 @@ std::vector<TextChange> ChangesBetween(const std::string& before, const std::str
     if (after.compare(matched, std::string::npos, before, copied, std::string::npos) != 0)
         return {{0, before.size(), after}};
     return changes;
+}
+
+// The procedures of the system's script library, with their head lines; parsed once.
+const std::vector<std::pair<std::string, std::string>>& SystemProcedures() {
+    static const std::vector<std::pair<std::string, std::string>> procedures = [] {
+        std::vector<std::pair<std::string, std::string>> list;
+        const CString code = VfxGetAPICode();
+        const TextDocument library("", 0, code.Str());
+        for (const vbs::ProcedureInfo& procedure : library.Tree().Procedures()) {
+            std::string head(library.Line(procedure.begin.line - 1));
+            head.erase(0, LeadingBlanks(head));
+            list.emplace_back(procedure.name, head);
+        }
+        return list;
+    }();
+    return procedures;
 }
 
 // LSP completion item kinds.
@@ -304,6 +321,8 @@ Json Completion(const TextDocument& document, Position, const FormOutline* form)
         if (!form->name.empty())
             handlers(form->name, form->events);
     }
+    for (const auto& [name, head] : SystemProcedures())
+        offer(name, Function, head + "  (system library)");
     for (const std::string& word : KeywordWords())
         offer(word, Keyword, "");
     return Json{{"isIncomplete", false}, {"items", std::move(items)}};

@@ -32,8 +32,8 @@ Json SemanticTokens(syntax::DocumentColourer& colourer, const TextDocument& docu
 // its tree does not say where blocks end. Continued lines (after " _") keep their indentation.
 Json Formatting(const TextDocument& document, std::size_t indent, bool insertSpaces);
 
-// Keywords, the script's procedures, variables and constants, and, with a form, its controls
-// and the event handlers they can have.
+// Keywords, the script's procedures, variables and constants, the procedures of the system's
+// script library, and, with a form, its controls and the event handlers they can have.
 Json Completion(const TextDocument& document, Position position, const FormOutline* form);
 
 // The name at the position and its range, or null when no renameable name stands there.

@@ -197,7 +197,7 @@ TEST(LanguageServerEditing, CompletionOffersTheScriptsNamesKeywordsAndTheFormsCo
                                         {{"position", {{"line", 3}, {"character", 2}}}})["result"];
     const std::vector<std::string> labels = Labels(completion);
     for (const char* expected : {"Rate", "total", "Twice", "n", "cmdOK", "cmdOK_KeyDown",
-                                 "Form_Load", "ElseIf", "Preserve", "Dim"})
+                                 "Form_Load", "ElseIf", "Preserve", "Dim", "VfxPadLeft"})
         EXPECT_TRUE(Has(labels, expected)) << expected;
     // Each name once, whatever its case or how often it is declared.
     EXPECT_EQ(std::count(labels.begin(), labels.end(), "cmdOK_Click"), 1);
