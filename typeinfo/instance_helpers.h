@@ -6,6 +6,7 @@
 #include "platform/strings/cstring.h"
 
 class CVXContainerItem;
+class CWnd;
 class CVTControls;
 class CVTControl;
 
@@ -20,6 +21,9 @@ int TVPfxGetPropCat(IDispatch* dispatch, long dispId);
 // The property page of a property: MapPropertyToPage's result, or the failure of asking for
 // IPerPropertyBrowsing.
 long TVPfxGetPropPageCLSID(IDispatch* dispatch, long dispId, GUID* page);
+// Shows one property page of the item's control, modally, in a property frame owned by
+// `parent`; nothing happens without a parent that has a window or without an item.
+void TVPfxCreatePropertyPage(CVXContainerItem* item, GUID page, CWnd* parent);
 // 1 if `control` itself (not a copy of it) stands in `controls` or on the bar of a popup
 // among them, at any depth; else 0, also for null arguments.
 int TVPfxIsControlExist(CVTControls* controls, CVTControl* control);

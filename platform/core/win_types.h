@@ -5,6 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 
+// A window handle is the window object itself in the headless window model; declared here so
+// that interfaces below the window library can name it.
+class CWnd;
+using HWND = CWnd*;
+
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
 using DWORD = std::uint32_t;

@@ -7,8 +7,6 @@
 
 #include <cstdint>
 
-class CWnd;
-using HWND = CWnd*;
 using WPARAM = std::uintptr_t;
 using LPARAM = std::intptr_t;
 using LRESULT = std::intptr_t;

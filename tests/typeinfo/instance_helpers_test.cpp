@@ -3,7 +3,11 @@
 
 #include "host/bars/command_bar.h"
 #include "host/bars/controls.h"
+#include "host/ole/container_doc.h"
 #include "platform/codepage/code_page.h"
+#include "platform/com/bstr.h"
+#include "platform/com/registry/property_frame.h"
+#include "platform/window/wnd.h"
 
 #include <gtest/gtest.h>
 
@@ -118,4 +122,32 @@ TEST(IsControlExist, FindsAControlOnABarOfAPopupOfAPopupButNotAClone) {
     EXPECT_EQ(TVPfxIsControlExist(menu, nullptr), 0);
     other->InternalRelease();
     menu->InternalRelease();
+}
+
+TEST(CreatePropertyPage, OpensOneFrameForTheControlOwnedByALiveWindow) {
+    talvor::platform::ClearRecordedPropertyFrames();
+    const GUID page = talvor::platform::MakeGuid("{7C3D2B10-4E5F-4A6B-9C8D-1E2F3A4B5C90}");
+    CVXContainerItem item("Gauge\xe9 1", nullptr);
+    CWnd parent;
+    // No window yet, no parent, no item: nothing is shown.
+    TVPfxCreatePropertyPage(&item, page, &parent);
+    TVPfxCreatePropertyPage(&item, page, nullptr);
+    ASSERT_TRUE(
+        parent.CreateEx(0, "Designer", "Form1", WS_VISIBLE, CRect(0, 0, 400, 300), nullptr, 0));
+    TVPfxCreatePropertyPage(nullptr, page, &parent);
+    EXPECT_TRUE(talvor::platform::RecordedPropertyFrames().empty());
+
+    TVPfxCreatePropertyPage(&item, page, &parent);
+    const auto& calls = talvor::platform::RecordedPropertyFrames();
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].owner, parent.GetSafeHwnd());
+    EXPECT_EQ(calls[0].x, 0u);
+    EXPECT_EQ(calls[0].y, 0u);
+    EXPECT_EQ(calls[0].caption, talvor::platform::WideFromMultiByte("Gauge\xe9 1"));
+    ASSERT_EQ(calls[0].objects.size(), 1u);
+    ASSERT_EQ(calls[0].pages.size(), 1u);
+    EXPECT_EQ(calls[0].pages[0], page);
+    EXPECT_EQ(calls[0].lcid, GetUserDefaultLCID());
+    parent.DestroyWindow();
+    talvor::platform::ClearRecordedPropertyFrames();
 }

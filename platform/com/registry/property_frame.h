@@ -8,8 +8,6 @@
 #include <string>
 #include <vector>
 
-using HWND = void*;
-
 struct PropertyFrameCall {
     HWND owner;
     UINT x;
