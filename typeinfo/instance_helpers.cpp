@@ -4,7 +4,11 @@
 #include "platform/com/bstr.h"
 #include "platform/com/registry/com_registry.h"
 
+#include "platform/window/registered_messages.h"
+
 #include <cctype>
+
+UINT g_nTalvorRegisteredMessage = RegisterWindowMessageA("E0C3625A-2006-41f2-8BC7-213A0719814A");
 
 long TVPfxCreateInstance(wchar_t* clsid, wchar_t* iid, IDispatch** object) {
     if (!object)

@@ -10,6 +10,10 @@ class CWnd;
 class CVTControls;
 class CVTControl;
 
+// The window message the library registers when it is loaded ("E0C3625A-2006-41f2-8BC7-
+// 213A0719814A"); kept for hosts, read by nothing in the library.
+extern UINT g_nTalvorRegisteredMessage;
+
 // 0 with the object in *object, 1 on any failure.
 long TVPfxCreateInstance(wchar_t* clsid, wchar_t* iid, IDispatch** object);
 // The identifier the registry text spells; all zero for text that isn't one.

@@ -7,6 +7,7 @@
 #include "platform/codepage/code_page.h"
 #include "platform/com/bstr.h"
 #include "platform/com/registry/property_frame.h"
+#include "platform/window/registered_messages.h"
 #include "platform/window/wnd.h"
 
 #include <gtest/gtest.h>
@@ -150,4 +151,16 @@ TEST(CreatePropertyPage, OpensOneFrameForTheControlOwnedByALiveWindow) {
     EXPECT_EQ(calls[0].lcid, GetUserDefaultLCID());
     parent.DestroyWindow();
     talvor::platform::ClearRecordedPropertyFrames();
+}
+
+TEST(RegisteredMessage, TheLibrarysMessageIsRegisteredAtLoadAndNamesKeepTheirNumbers) {
+    EXPECT_GE(g_nTalvorRegisteredMessage, 0xC000u);
+    EXPECT_EQ(RegisterWindowMessageA("e0c3625a-2006-41F2-8bc7-213a0719814a"),
+              g_nTalvorRegisteredMessage); // the same name in another case
+    const UINT other = RegisterWindowMessageA("Talvor test message");
+    EXPECT_NE(other, g_nTalvorRegisteredMessage);
+    EXPECT_GE(other, 0xC000u);
+    EXPECT_EQ(RegisterWindowMessageA("Talvor test message"), other);
+    EXPECT_EQ(RegisterWindowMessageA(""), 0u);
+    EXPECT_EQ(RegisterWindowMessageA(nullptr), 0u);
 }
