@@ -123,27 +123,24 @@ void BM_Lsp_EditToDiagnostics_50kLines(benchmark::State& state) {
 }
 BENCHMARK(BM_Lsp_EditToDiagnostics_50kLines)->Unit(benchmark::kMillisecond);
 
-void BM_Lsp_SemanticTokensFull_50kLines(benchmark::State& state) {
+// One request without position, from the client's text to the transport's, again and again.
+void RunRequest(benchmark::State& state, const char* method) {
     OpenServer& open = Server();
     if (open.text.empty())
         return state.SkipWithError("the VBScript corpus is missing");
     std::size_t written = 0;
     for (auto _ : state)
-        written = OpenServer::Written(
-            open.server.ReceiveText(open.Request("textDocument/semanticTokens/full")));
+        written = OpenServer::Written(open.server.ReceiveText(open.Request(method)));
     state.counters["bytes_out"] = static_cast<double>(written);
+}
+
+void BM_Lsp_SemanticTokensFull_50kLines(benchmark::State& state) {
+    RunRequest(state, "textDocument/semanticTokens/full");
 }
 BENCHMARK(BM_Lsp_SemanticTokensFull_50kLines)->Unit(benchmark::kMillisecond);
 
 void BM_Lsp_DocumentSymbols_50kLines(benchmark::State& state) {
-    OpenServer& open = Server();
-    if (open.text.empty())
-        return state.SkipWithError("the VBScript corpus is missing");
-    std::size_t written = 0;
-    for (auto _ : state)
-        written = OpenServer::Written(
-            open.server.ReceiveText(open.Request("textDocument/documentSymbol")));
-    state.counters["bytes_out"] = static_cast<double>(written);
+    RunRequest(state, "textDocument/documentSymbol");
 }
 BENCHMARK(BM_Lsp_DocumentSymbols_50kLines)->Unit(benchmark::kMillisecond);
 

@@ -33,7 +33,5 @@ int RunGuarded(CommandFunction run, const Args& args, std::FILE* out);
 int UserError(const std::string& message);
 // The same for faults of the tool; returns ExitInternalError.
 int InternalError(const std::string& message);
-// For subcommands whose subsystem is not built yet.
-int NotAvailable(const std::string& command);
 
 } // namespace talvor::tool

@@ -30,11 +30,6 @@ int InternalError(const std::string& message) {
     return ExitInternalError;
 }
 
-int NotAvailable(const std::string& command) {
-    std::fprintf(stderr, "talvor: %s: not available yet\n", command.c_str());
-    return ExitInternalError;
-}
-
 int RunGuarded(CommandFunction run, const Args& args, std::FILE* out) {
     try {
         return run(args, out);
