@@ -110,10 +110,13 @@ int TVPfxTestByRegExp(CString pattern, CString text, short global, short ignoreC
 
 int talvor::text::TestByRegExp(std::string_view pattern, std::string_view text, short global,
                                short ignoreCase) {
-    // The engine's keyword test on ASCII text is a plain search: no engine call, no conversion.
+    // The engine's keyword test is a plain search of the bytes where they tell the characters
+    // (ASCII text, or any text of UTF-8 and the single-byte pages): no engine call, no
+    // conversion.
     if (const auto word = detail::WordLiteralOf(pattern);
         word && talvor::platform::SystemPageKeepsAscii()) {
-        if (const auto hit = detail::TestWordLiteral(*word, text, ignoreCase != 0)) {
+        if (const auto hit = detail::TestWordLiteral(
+                *word, text, ignoreCase != 0, !talvor::platform::SystemPageAsciiStandsAlone())) {
             CTalvorRegExp::GetRegExp(); // the matcher exists after a first call, as always
             return *hit ? 1 : 0;
         }

@@ -54,8 +54,9 @@ std::optional<std::string_view> WordLiteralOf(std::string_view pattern) {
     return word;
 }
 
-std::optional<bool> TestWordLiteral(std::string_view word, std::string_view text, bool ignoreCase) {
-    if (!IsAscii(text))
+std::optional<bool> TestWordLiteral(std::string_view word, std::string_view text, bool ignoreCase,
+                                    bool asciiOnly) {
+    if (asciiOnly && !IsAscii(text))
         return std::nullopt;
     const std::size_t n = word.size();
     if (text.size() < n + 2)

@@ -55,6 +55,11 @@ inline std::size_t CharLengthAt(std::string_view text, std::size_t pos) {
 // ASCII text is its own wide form, byte for character.
 bool SystemPageKeepsAscii();
 
+// True when, more than that, a byte below 0x80 is never part of a longer character and a byte
+// from 0x80 up never reads as an ASCII character (UTF-8 and the single-byte pages): questions
+// about ASCII characters of a text can then be asked of its bytes, whatever else it holds.
+bool SystemPageAsciiStandsAlone();
+
 // Wide form of 8-bit text in the system code page. Bytes that do not form a character of the
 // page become one code unit each in 0xDC80..0xDCFF, so FromWide(ToWide(x)) == x for any x,
 // except where the page itself maps two byte pairs to one character (932 has such duplicates;

@@ -89,6 +89,14 @@ int CheckCaselessBackReference(pcre2_callout_block* block, void*) {
 
 CompiledRegExp::~CompiledRegExp() {
     pcre2_code_free(m_code);
+    pcre2_code_free(m_anchoredCode);
+}
+
+void CompiledRegExp::SetLiteral(const detail::LiteralSearch& literal,
+                                pcre2_real_code_16* anchoredCode, bool jitCompiled) {
+    m_literal = literal;
+    m_anchoredCode = anchoredCode;
+    m_anchoredJitCompiled = jitCompiled;
 }
 
 HRESULT CompileRegExp(std::u16string_view pattern, bool ignoreCase, CompiledRegExpPtr& out) {
@@ -118,8 +126,19 @@ HRESULT CompileRegExp(std::u16string_view pattern, bool ignoreCase, CompiledRegE
         auto compiled =
             std::make_shared<CompiledRegExp>(code, translated.captureCount, jitCompiled);
         detail::WordSearch word;
-        if (detail::WordSearch::Recognise(pattern, ignoreCase, word))
+        detail::LiteralSearch literal;
+        if (detail::WordSearch::Recognise(pattern, ignoreCase, word)) {
             compiled->SetWord(word);
+        } else if (detail::LiteralSearch::Recognise(pattern, ignoreCase, literal)) {
+            // Without the anchored form the pattern keeps the plain search.
+            pcre2_code* anchored = pcre2_compile(
+                reinterpret_cast<PCRE2_SPTR>(translated.pattern.data()), translated.pattern.size(),
+                options | PCRE2_ANCHORED, &error, &offset, context);
+            if (anchored != nullptr)
+                compiled->SetLiteral(literal, anchored,
+                                     jitCompiled &&
+                                         pcre2_jit_compile(anchored, PCRE2_JIT_COMPLETE) == 0);
+        }
         out = std::move(compiled);
     } catch (const std::bad_alloc&) {
         pcre2_code_free(code);
@@ -171,15 +190,47 @@ HRESULT RegExpMatchState::Find(const CompiledRegExp& compiled, std::u16string_vi
         }
         return S_OK;
     }
+    if (compiled.Literal() != nullptr)
+        return FindByLiteral(compiled, text, start, found, groups);
     static const char16_t Empty[1] = {0}; // PCRE2 wants a subject even when it is empty
     const char16_t* subject = text.empty() ? Empty : text.data();
     // The JIT's own entry skips the checks of pcre2_match, which a subject of code units with
     // no UTF mode does not need; the limits of the context hold either way.
-    int rc = compiled.JitCompiled()
-                 ? pcre2_jit_match(compiled.Code(), reinterpret_cast<PCRE2_SPTR>(subject),
-                                   text.size(), start, 0, m_data, m_context)
-                 : pcre2_match(compiled.Code(), reinterpret_cast<PCRE2_SPTR>(subject), text.size(),
-                               start, 0, m_data, m_context);
+    const int rc = compiled.JitCompiled()
+                       ? pcre2_jit_match(compiled.Code(), reinterpret_cast<PCRE2_SPTR>(subject),
+                                         text.size(), start, 0, m_data, m_context)
+                       : pcre2_match(compiled.Code(), reinterpret_cast<PCRE2_SPTR>(subject),
+                                     text.size(), start, 0, m_data, m_context);
+    return TakeMatch(rc, compiled.CaptureCount() + 1, found, groups);
+}
+
+// A search tries the pattern at each position in turn and gives the first match. A match
+// holds an occurrence of the run and starts at most as far in front of it as the part
+// before the run reaches, so only those positions are tried, each once, in the same order.
+HRESULT RegExpMatchState::FindByLiteral(const CompiledRegExp& compiled, std::u16string_view text,
+                                        std::size_t start, bool& found,
+                                        std::vector<std::ptrdiff_t>& groups) {
+    const detail::LiteralSearch& literal = *compiled.Literal();
+    const auto* subject = reinterpret_cast<PCRE2_SPTR>(text.data());
+    std::size_t untried = start;
+    for (std::size_t run = literal.NextRun(text, start); run != detail::LiteralSearch::npos;
+         run = literal.NextRun(text, run + 1)) {
+        for (std::size_t at = literal.EarliestStart(text, run, untried); at <= run; ++at) {
+            const int rc = compiled.AnchoredJitCompiled()
+                               ? pcre2_jit_match(compiled.AnchoredCode(), subject, text.size(), at,
+                                                 0, m_data, m_context)
+                               : pcre2_match(compiled.AnchoredCode(), subject, text.size(), at, 0,
+                                             m_data, m_context);
+            if (rc != PCRE2_ERROR_NOMATCH)
+                return TakeMatch(rc, compiled.CaptureCount() + 1, found, groups);
+        }
+        untried = run + 1;
+    }
+    return S_OK;
+}
+
+HRESULT RegExpMatchState::TakeMatch(int rc, int pairs, bool& found,
+                                    std::vector<std::ptrdiff_t>& groups) {
     if (rc == PCRE2_ERROR_NOMATCH)
         return S_OK;
     if (rc < 0)

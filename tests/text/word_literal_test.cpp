@@ -31,6 +31,37 @@ TEST(WordLiteral, ItsAnswersOnEdgesAndItsRefusalOfNonAsciiText) {
     EXPECT_EQ(TestWordLiteral("If", " _If ", true), false);     // "_" is a word byte
     EXPECT_EQ(TestWordLiteral("If", " EndIf If ", true), true); // the second place counts
     EXPECT_EQ(TestWordLiteral("If", " \xe9If ", true), std::nullopt);
+    // Where bytes tell the characters, a byte from 0x80 up is a non-word character.
+    EXPECT_EQ(TestWordLiteral("If", " \xe9If ", true, false), true);
+    EXPECT_EQ(TestWordLiteral("If", "\xc3\xa9If\xc3\xa9", true, false), true);
+    EXPECT_EQ(TestWordLiteral("If", "\xc3\xa9Iff\xc3\xa9", true, false), false);
+}
+
+// Text beyond ASCII in each page, where a second byte of a double-byte character may look
+// like a letter or a blank: the shortcut answers as the engine does, or leaves the question.
+TEST(WordLiteral, AgreesWithTheEngineOnTextBeyondAscii) {
+    const char* const texts[] = {" \xe9If ",
+                                 "\xc3\xa9If\xc3\xa9",
+                                 " caf\xc3\xa9 If\xff",
+                                 "\x81If ",
+                                 " If\x81 ",
+                                 "\xb0\xa1If\xb0\xa1",
+                                 "\x81 If \x81\x40",
+                                 "x\x81\x49"
+                                 "f ",
+                                 "\xff\xfeif then"};
+    const unsigned former = talvor::platform::SystemCodePage();
+    for (const unsigned page : {talvor::platform::CodePageWestern, talvor::platform::CodePageUtf8,
+                                talvor::platform::CodePageSimplifiedChinese}) {
+        ASSERT_TRUE(talvor::platform::SetSystemCodePage(page));
+        for (const char* text : texts)
+            for (const short ignoreCase : {short(-1), short(0)})
+                EXPECT_EQ(
+                    talvor::text::TestByRegExp("[\\W]{1}If[\\W]{1}", text, -1, ignoreCase),
+                    talvor::text::TestByRegExp("[\\W]{1}(?:If)[\\W]{1}", text, -1, ignoreCase))
+                    << text << " page " << page << " ignoring case " << ignoreCase;
+    }
+    talvor::platform::SetSystemCodePage(former);
 }
 
 TEST(WordLiteral, AgreesWithTheEngineOnEveryCorpusLine) {

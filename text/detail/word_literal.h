@@ -14,7 +14,10 @@ namespace talvor::text::detail {
 std::optional<std::string_view> WordLiteralOf(std::string_view pattern);
 
 // Whether text holds the word between two non-word bytes (letters compared without case when
-// asked); nothing when the text is not ASCII, which only the engine answers.
-std::optional<bool> TestWordLiteral(std::string_view word, std::string_view text, bool ignoreCase);
+// asked). With asciiOnly, nothing when the text is not ASCII, which only the engine answers:
+// in a double-byte page a second byte may look like a letter. Without it every byte from 0x80
+// up counts as a non-word character, as it is in UTF-8 and the single-byte pages.
+std::optional<bool> TestWordLiteral(std::string_view word, std::string_view text, bool ignoreCase,
+                                    bool asciiOnly = true);
 
 } // namespace talvor::text::detail

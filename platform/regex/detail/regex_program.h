@@ -2,6 +2,7 @@
 // only by their forward declarations, so no file outside platform/ sees <pcre2.h>.
 #pragma once
 
+#include "platform/regex/detail/regex_literal_search.h"
 #include "platform/regex/detail/regex_word_search.h"
 #include "platform/regex/regex_engine.h"
 
@@ -34,12 +35,24 @@ public:
     // The keyword test's pattern, matched without PCRE2; null for every other pattern.
     const detail::WordSearch* Word() const { return m_word ? &*m_word : nullptr; }
     void SetWord(const detail::WordSearch& word) { m_word = word; }
+    // For a pattern that a run of plain characters narrows down: the run's search and the
+    // pattern compiled to match only at the start offset it is given. Null for every other
+    // pattern.
+    const detail::LiteralSearch* Literal() const { return m_literal ? &*m_literal : nullptr; }
+    const pcre2_real_code_16* AnchoredCode() const { return m_anchoredCode; }
+    bool AnchoredJitCompiled() const { return m_anchoredJitCompiled; }
+    // Takes ownership of anchoredCode.
+    void SetLiteral(const detail::LiteralSearch& literal, pcre2_real_code_16* anchoredCode,
+                    bool jitCompiled);
 
 private:
     pcre2_real_code_16* m_code;
     int m_captureCount;
     bool m_jitCompiled;
     std::optional<detail::WordSearch> m_word;
+    std::optional<detail::LiteralSearch> m_literal;
+    pcre2_real_code_16* m_anchoredCode = nullptr;
+    bool m_anchoredJitCompiled = false;
 };
 
 // Limits, stack and match data for matching; one per engine object.
@@ -61,6 +74,11 @@ private:
     pcre2_real_jit_stack_16* m_jitStack = nullptr;
     pcre2_real_match_data_16* m_data = nullptr;
     int m_dataPairs = 0;
+
+    // PCRE2's answer for one match call: S_OK with found set and groups filled on a match.
+    HRESULT TakeMatch(int rc, int pairs, bool& found, std::vector<std::ptrdiff_t>& groups);
+    HRESULT FindByLiteral(const CompiledRegExp& compiled, std::u16string_view text,
+                          std::size_t start, bool& found, std::vector<std::ptrdiff_t>& groups);
 };
 
 } // namespace talvor::platform
