@@ -84,7 +84,27 @@ std::vector<Json> LanguageServer::ReceiveText(std::string_view body) {
     return Receive(message);
 }
 
+std::vector<std::string> LanguageServer::ReceiveTextAsText(std::string_view body) {
+    std::vector<Json> values;
+    std::string response;
+    Json message = Json::parse(body, nullptr, false);
+    if (message.is_discarded())
+        values.push_back(ErrorResponse(nullptr, ParseError, "the message is not valid JSON"));
+    else
+        values = Receive(message, &response);
+    std::vector<std::string> texts;
+    for (const Json& value : values)
+        texts.push_back(value.dump(-1, ' ', false, Json::error_handler_t::replace));
+    if (!response.empty())
+        texts.push_back(std::move(response));
+    return texts;
+}
+
 std::vector<Json> LanguageServer::Receive(const Json& message) {
+    return Receive(message, nullptr);
+}
+
+std::vector<Json> LanguageServer::Receive(const Json& message, std::string* responseText) {
     std::vector<Json> out;
     const Json& method = Field(message, "method");
     const Json& id = Field(message, "id");
@@ -102,8 +122,14 @@ std::vector<Json> LanguageServer::Receive(const Json& message) {
         return out;
     }
     try {
-        Json result = Dispatch(name, Field(message, "params"), out);
-        if (isRequest) {
+        std::string resultText;
+        Json result =
+            Dispatch(name, Field(message, "params"), out, responseText ? &resultText : nullptr);
+        if (isRequest && !resultText.empty()) {
+            *responseText = R"({"jsonrpc":"2.0","id":)" + id.dump() + R"(,"result":)";
+            *responseText += resultText;
+            *responseText += '}';
+        } else if (isRequest) {
             // Moved in, not listed in an initializer: a list would copy a large result.
             Json response{{"jsonrpc", "2.0"}, {"id", id}};
             response["result"] = std::move(result);
@@ -119,8 +145,8 @@ std::vector<Json> LanguageServer::Receive(const Json& message) {
     return out;
 }
 
-Json LanguageServer::Dispatch(const std::string& method, const Json& params,
-                              std::vector<Json>& out) {
+Json LanguageServer::Dispatch(const std::string& method, const Json& params, std::vector<Json>& out,
+                              std::string* resultText) {
     if (method == "initialize")
         return Initialize(params);
     if (method == "exit") {
@@ -159,6 +185,10 @@ Json LanguageServer::Dispatch(const std::string& method, const Json& params,
         return nullptr;
     if (method == "textDocument/documentSymbol") {
         const TextDocument& document = RequireDocument(params);
+        if (resultText != nullptr) {
+            *resultText = detail::DocumentSymbolsText(document, FormOf(document.Uri()));
+            return nullptr;
+        }
         return detail::DocumentSymbols(document, FormOf(document.Uri()));
     }
     if (method == "textDocument/semanticTokens/full")

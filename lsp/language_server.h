@@ -52,6 +52,9 @@ public:
     std::vector<Json> ReceiveText(std::string_view body);
     // One parsed message: the responses and notifications to send, in order.
     std::vector<Json> Receive(const Json& message);
+    // As ReceiveText, with each message to send as the JSON text the transport frames. Large
+    // results (the outline) are written as text directly instead of as values first.
+    std::vector<std::string> ReceiveTextAsText(std::string_view body);
     // Diagnostics of every document changed since the last call.
     std::vector<Json> Idle();
 
@@ -64,7 +67,12 @@ public:
     const TextDocument* Document(const std::string& uri) const;
 
 private:
-    Json Dispatch(const std::string& method, const Json& params, std::vector<Json>& out);
+    // The messages to send for one message. With responseText, a result the server can write
+    // as text goes there as the whole response, to be sent after the messages returned.
+    std::vector<Json> Receive(const Json& message, std::string* responseText);
+    // The result of a request; with resultText, a result written as text goes there instead.
+    Json Dispatch(const std::string& method, const Json& params, std::vector<Json>& out,
+                  std::string* resultText);
     Json Initialize(const Json& params);
     void DidOpen(const Json& params);
     void DidChange(const Json& params);

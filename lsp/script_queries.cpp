@@ -3,8 +3,10 @@
 #include "lsp/detail/script_queries.h"
 
 #include "host/base/vbscript_parser.h"
+#include "lsp/detail/json_text.h"
 
 #include <cstdint>
+#include <optional>
 #include <strings.h>
 
 namespace talvor::lsp::detail {
@@ -54,37 +56,50 @@ int ProcedureSymbolKind(vbs::ProcedureKind kind, bool inClass) {
     return inClass ? Method : Function;
 }
 
-Json Symbol(const TextDocument& document, const std::string& name, const char* detail, int kind,
-            const vbs::Node& node) {
-    Json symbol = Json::object();
-    symbol["name"] = ToUtf8(name);
-    symbol["detail"] = detail;
-    symbol["kind"] = kind;
-    symbol["range"] = RangeJson(document, node.begin.offset, node.end.offset);
-    symbol["selectionRange"] = RangeOfText(document, node);
+// One entry of the outline, before it is written out.
+struct OutlineSymbol {
+    std::string name; // in the document's code page
+    const char* detail;
+    int kind;
+    Position rangeStart, rangeEnd, selectionStart, selectionEnd;
+    std::vector<OutlineSymbol> children;
+    bool hasChildren = false; // written with "children", even when there are none
+};
+
+OutlineSymbol Symbol(const TextDocument& document, std::string name, const char* detail, int kind,
+                     const vbs::Node& node) {
+    OutlineSymbol symbol{std::move(name),
+                         detail,
+                         kind,
+                         document.PositionAt(node.begin.offset),
+                         document.PositionAt(node.end.offset),
+                         document.PositionAt(node.textOffset),
+                         document.PositionAt(node.textOffset + node.textLength),
+                         {}};
     return symbol;
 }
 
 // Symbols of the statements of a block: classes with their members, procedures, and the
 // variables and constants declared at this level.
 void BlockSymbols(const TextDocument& document, const vbs::SyntaxTree& tree, vbs::NodeIndex block,
-                  bool inClass, Json& symbols) {
+                  bool inClass, std::vector<OutlineSymbol>& symbols) {
     for (vbs::NodeIndex index : tree.Children(block)) {
         const vbs::Node& node = tree.At(index);
-        const std::string name(tree.Text(node));
         switch (node.kind) {
         case vbs::NodeKind::ClassDeclaration: {
-            Json symbol = Symbol(document, name, "Class", Class, node);
-            symbol["children"] = Json::array();
+            OutlineSymbol symbol =
+                Symbol(document, std::string(tree.Text(node)), "Class", Class, node);
+            symbol.hasChildren = true;
             for (vbs::NodeIndex child : tree.Children(index))
                 if (tree.At(child).kind == vbs::NodeKind::Block)
-                    BlockSymbols(document, tree, child, true, symbol["children"]);
+                    BlockSymbols(document, tree, child, true, symbol.children);
             symbols.push_back(std::move(symbol));
             break;
         }
         case vbs::NodeKind::Procedure: {
             const auto kind = static_cast<vbs::ProcedureKind>(node.detail & 0x0F);
-            symbols.push_back(Symbol(document, name, vbs::ProcedureKindName(kind),
+            symbols.push_back(Symbol(document, std::string(tree.Text(node)),
+                                     vbs::ProcedureKindName(kind),
                                      ProcedureSymbolKind(kind, inClass), node));
             break;
         }
@@ -103,6 +118,95 @@ void BlockSymbols(const TextDocument& document, const vbs::SyntaxTree& tree, vbs
             break;
         }
     }
+}
+
+// The outline; with a form, handlers named "<control>_<event>" move under one symbol per
+// control of the form (and one for the form itself), which spans its handlers.
+std::vector<OutlineSymbol> Outline(const TextDocument& document, const FormOutline* form) {
+    std::vector<OutlineSymbol> symbols;
+    BlockSymbols(document, document.Tree(), 0, false, symbols);
+    if (form == nullptr)
+        return symbols;
+    std::vector<std::string> owners;
+    for (const FormControl& control : form->controls)
+        owners.push_back(control.name);
+    if (!form->name.empty())
+        owners.push_back(form->name);
+    std::vector<std::optional<OutlineSymbol>> groups(owners.size());
+    std::vector<OutlineSymbol> rest;
+    for (OutlineSymbol& symbol : symbols) {
+        const std::string& name = symbol.name;
+        std::size_t owner = owners.size();
+        for (std::size_t i = 0; symbol.kind == Function && i < owners.size(); ++i)
+            if (name.size() > owners[i].size() + 1 && name[owners[i].size()] == '_' &&
+                SameName(std::string_view(name).substr(0, owners[i].size()), owners[i]))
+                owner = i;
+        if (owner == owners.size()) {
+            rest.push_back(std::move(symbol));
+            continue;
+        }
+        std::optional<OutlineSymbol>& group = groups[owner];
+        symbol.kind = Event;
+        if (!group) {
+            const bool isForm = owner == form->controls.size();
+            group = OutlineSymbol{owners[owner],
+                                  isForm ? "form" : "control",
+                                  isForm ? Class : Object,
+                                  symbol.rangeStart,
+                                  symbol.rangeEnd,
+                                  symbol.selectionStart,
+                                  symbol.selectionEnd,
+                                  {},
+                                  true};
+        }
+        group->rangeEnd = symbol.rangeEnd;
+        group->children.push_back(std::move(symbol));
+    }
+    for (std::optional<OutlineSymbol>& group : groups)
+        if (group)
+            rest.push_back(std::move(*group));
+    return rest;
+}
+
+void AppendPosition(std::string& out, Position position) {
+    out += "{\"line\":";
+    AppendJsonNumber(out, position.line);
+    out += ",\"character\":";
+    AppendJsonNumber(out, position.character);
+    out += '}';
+}
+
+void AppendRange(std::string& out, Position start, Position end) {
+    out += "{\"start\":";
+    AppendPosition(out, start);
+    out += ",\"end\":";
+    AppendPosition(out, end);
+    out += '}';
+}
+
+void AppendSymbols(std::string& out, const std::vector<OutlineSymbol>& symbols) {
+    out += '[';
+    for (std::size_t i = 0; i < symbols.size(); ++i) {
+        const OutlineSymbol& symbol = symbols[i];
+        if (i > 0)
+            out += ',';
+        out += "{\"name\":";
+        AppendJsonString(out, ToUtf8(symbol.name));
+        out += ",\"detail\":";
+        AppendJsonString(out, symbol.detail);
+        out += ",\"kind\":";
+        AppendJsonNumber(out, static_cast<std::size_t>(symbol.kind));
+        out += ",\"range\":";
+        AppendRange(out, symbol.rangeStart, symbol.rangeEnd);
+        out += ",\"selectionRange\":";
+        AppendRange(out, symbol.selectionStart, symbol.selectionEnd);
+        if (symbol.hasChildren) {
+            out += ",\"children\":";
+            AppendSymbols(out, symbol.children);
+        }
+        out += '}';
+    }
+    out += ']';
 }
 
 } // namespace
@@ -187,51 +291,14 @@ Json Diagnostics(const TextDocument& document) {
     return diagnostics;
 }
 
+std::string DocumentSymbolsText(const TextDocument& document, const FormOutline* form) {
+    std::string out;
+    AppendSymbols(out, Outline(document, form));
+    return out;
+}
+
 Json DocumentSymbols(const TextDocument& document, const FormOutline* form) {
-    const vbs::SyntaxTree& tree = document.Tree();
-    Json symbols = Json::array();
-    BlockSymbols(document, tree, 0, false, symbols);
-    if (form == nullptr)
-        return symbols;
-    // Handlers named "<control>_<event>" move under one symbol per control of the form (and
-    // one for the form itself), which spans its handlers.
-    std::vector<std::string> owners;
-    for (const FormControl& control : form->controls)
-        owners.push_back(control.name);
-    if (!form->name.empty())
-        owners.push_back(form->name);
-    std::vector<Json> groups(owners.size());
-    Json rest = Json::array();
-    for (Json& symbol : symbols) {
-        const std::string name = FromUtf8(symbol["name"].get<std::string>());
-        std::size_t owner = owners.size();
-        const bool procedure = symbol["kind"] == Function;
-        for (std::size_t i = 0; procedure && i < owners.size(); ++i)
-            if (name.size() > owners[i].size() + 1 && name[owners[i].size()] == '_' &&
-                SameName(std::string_view(name).substr(0, owners[i].size()), owners[i]))
-                owner = i;
-        if (owner == owners.size()) {
-            rest.push_back(std::move(symbol));
-            continue;
-        }
-        Json& group = groups[owner];
-        symbol["kind"] = Event;
-        if (group.is_null()) {
-            const bool isForm = owner == form->controls.size();
-            group = Json{{"name", ToUtf8(owners[owner])},
-                         {"detail", isForm ? "form" : "control"},
-                         {"kind", isForm ? Class : Object},
-                         {"range", symbol["range"]},
-                         {"selectionRange", symbol["selectionRange"]},
-                         {"children", Json::array()}};
-        }
-        group["range"]["end"] = symbol["range"]["end"];
-        group["children"].push_back(std::move(symbol));
-    }
-    for (Json& group : groups)
-        if (!group.is_null())
-            rest.push_back(std::move(group));
-    return rest;
+    return Json::parse(DocumentSymbolsText(document, form));
 }
 
 Json FoldingRanges(const TextDocument& document) {

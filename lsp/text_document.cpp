@@ -186,6 +186,11 @@ std::string FromUtf8(std::string_view utf8) {
 }
 
 std::string ToUtf8(std::string_view text) {
+    // Names and most lines are ASCII, which every page the server reads keeps as it is.
+    if (platform::SystemPageKeepsAscii() && std::all_of(text.begin(), text.end(), [](char c) {
+            return static_cast<unsigned char>(c) < 0x80;
+        }))
+        return std::string(text);
     if (platform::SystemCodePage() == platform::CodePageUtf8) {
         // Invalid bytes still have to become valid JSON text.
         return WideToUtf8(Utf8ToWide(text));

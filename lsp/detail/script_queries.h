@@ -6,6 +6,7 @@
 #include "lsp/form_outline.h"
 #include "lsp/text_document.h"
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -17,6 +18,9 @@ using Json = nlohmann::json;
 
 Json Diagnostics(const TextDocument& document);
 // The outline; with a form, event handlers are grouped under their control (or the form).
+// A large script has a large outline, so it is written as JSON text directly; the value is
+// that text read back.
+std::string DocumentSymbolsText(const TextDocument& document, const FormOutline* form);
 Json DocumentSymbols(const TextDocument& document, const FormOutline* form);
 Json FoldingRanges(const TextDocument& document);
 // Locations of the procedures named by the word at the position.

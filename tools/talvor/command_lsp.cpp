@@ -21,14 +21,20 @@ namespace {
 // one parse, not one per key.
 constexpr int DebounceMilliseconds = 150;
 
-void Send(std::FILE* out, const std::vector<lsp::Json>& messages) {
-    for (const lsp::Json& message : messages) {
-        const std::string framed =
-            lsp::FrameMessage(message.dump(-1, ' ', false, lsp::Json::error_handler_t::replace));
+void Send(std::FILE* out, const std::vector<std::string>& messages) {
+    for (const std::string& message : messages) {
+        const std::string framed = lsp::FrameMessage(message);
         std::fwrite(framed.data(), 1, framed.size(), out);
     }
     if (!messages.empty())
         std::fflush(out);
+}
+
+void Send(std::FILE* out, const std::vector<lsp::Json>& messages) {
+    std::vector<std::string> texts;
+    for (const lsp::Json& message : messages)
+        texts.push_back(message.dump(-1, ' ', false, lsp::Json::error_handler_t::replace));
+    Send(out, texts);
 }
 
 // The local path of a "file:" URI, percent escapes decoded; empty for any other URI.
@@ -111,7 +117,7 @@ int RunLsp(const Args& args, std::FILE* out) {
                 std::fprintf(stderr, "talvor: %s\n", error.c_str());
                 continue;
             }
-            Send(out, server.ReceiveText(body));
+            Send(out, server.ReceiveTextAsText(body));
             diagnosticsDue = true;
             if (server.Exited())
                 return server.ExitCode();
