@@ -1,6 +1,7 @@
 // Arbitrary bytes from a language client: framed or not, JSON or not, any method with any
 // parameters. The reader must cut or skip every header, and the server must answer every
-// request with a result or an error, never a crash.
+// request with a result or an error, never a crash. Answers are taken as the transport takes
+// them, as text, which must be valid JSON.
 #include "lsp/language_server.h"
 #include "lsp/message_framing.h"
 
@@ -24,9 +25,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             break;
         if (!whole)
             continue;
-        for (const auto& answer : server.ReceiveText(body))
+        for (const std::string& text : server.ReceiveTextAsText(body)) {
+            const auto answer = talvor::lsp::Json::parse(text, nullptr, false);
+            if (answer.is_discarded())
+                __builtin_trap(); // every answer is JSON
             if (answer.contains("id") && !answer.contains("result") && !answer.contains("error"))
                 __builtin_trap(); // a response must carry a result or an error
+        }
         server.Idle();
         if (++messages > 1000 || server.Exited())
             break;
