@@ -5,27 +5,25 @@
 // only costs a few more anchored tries.
 #include "platform/regex/detail/regex_literal_search.h"
 
+#include "platform/core/ascii.h"
+
 #include <algorithm>
 
 namespace talvor::platform::detail {
 namespace {
 
+using talvor::platform::AsciiLower;
+using talvor::platform::IsAsciiDigit;
+using talvor::platform::IsAsciiLetter;
+
 using CharSet = std::bitset<128>;
 
-bool IsAsciiLetter(char16_t c) {
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-}
-
-bool IsDigit(char16_t c) {
-    return c >= u'0' && c <= u'9';
-}
-
 bool IsAlnum(char16_t c) {
-    return IsAsciiLetter(c) || IsDigit(c);
+    return IsAsciiLetter(c) || IsAsciiDigit(c);
 }
 
 char16_t Lower(char16_t c) {
-    return IsAsciiLetter(c) ? static_cast<char16_t>(c | 0x20) : c;
+    return static_cast<char16_t>(AsciiLower(static_cast<char32_t>(c)));
 }
 
 // The characters that stand for themselves outside a class. NUL is left out: the reader
@@ -61,7 +59,7 @@ Matchable ClassEscape(char16_t letter) {
     Matchable set;
     const char16_t lower = Lower(letter);
     for (char16_t c = 0; c < 128; ++c) {
-        const bool in = lower == u'd'   ? IsDigit(c)
+        const bool in = lower == u'd'   ? IsAsciiDigit(c)
                         : lower == u'w' ? IsAlnum(c) || c == u'_'
                                         : c == u' ' || (c >= u'\t' && c <= u'\r');
         if (in)
@@ -120,13 +118,13 @@ public:
             length = 1;
         } else if (c == u'{') {
             std::size_t i = 1, digits = 0;
-            while (IsDigit(Peek(i)))
+            while (IsAsciiDigit(Peek(i)))
                 ++i, ++digits;
             if (digits == 0)
                 return false;
             if (Peek(i) == u',') {
                 ++i;
-                while (IsDigit(Peek(i)))
+                while (IsAsciiDigit(Peek(i)))
                     ++i;
             }
             if (Peek(i) != u'}')

@@ -3,17 +3,18 @@
 // alone, as the translation spells it for PCRE2.
 #include "platform/regex/detail/regex_word_search.h"
 
+#include "platform/core/ascii.h"
+
 namespace talvor::platform::detail {
 namespace {
 
+using talvor::platform::IsAsciiDigit;
+using talvor::platform::IsAsciiLetter;
+
 constexpr std::u16string_view NonWord = u"[\\W]{1}";
 
-bool IsAsciiLetter(char16_t c) {
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-}
-
 bool IsWordChar(char16_t c) {
-    return IsAsciiLetter(c) || (c >= u'0' && c <= u'9') || c == u'_';
+    return IsAsciiLetter(c) || IsAsciiDigit(c) || c == u'_';
 }
 
 } // namespace
