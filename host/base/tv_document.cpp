@@ -128,7 +128,9 @@ BOOL CTVDocument::SaveContainerStream(CVXContainerDoc* container, IStorage* stor
     if (!file.CreateStream(storage, ContainerStreamName, CreateMode))
         return FALSE;
     try {
-        CArchive ar(&file, CArchive::store, 1 << 16);
+        // Room for a large form: the stream then gets it in one write, which the file
+        // passes on to the disk without another copy.
+        CArchive ar(&file, CArchive::store, 1 << 18);
         container->Serialize(ar);
         ar.Close();
         file.Close();
