@@ -3,5 +3,5 @@
 
 const CRuntimeClass CTVContainerDoc::classCTVContainerDoc =
     MakeRuntimeClass<CTVContainerDoc>("CTVContainerDoc", 1, &CVXContainerDoc::classCVXContainerDoc);
-const CRuntimeClass CTVMDIFrameWnd::classCTVMDIFrameWnd =
-    MakeRuntimeClass<CTVMDIFrameWnd>("CTVMDIFrameWnd", 0xFFFF, &CMDIFrameWnd::classCMDIFrameWnd);
+const CRuntimeClass CTVMDIFrameWnd::classCTVMDIFrameWnd = MakeRuntimeClass<CTVMDIFrameWnd>(
+    "CTVMDIFrameWnd", 0xFFFF, &CVTMDIFrameWnd::classCVTMDIFrameWnd);

@@ -1,8 +1,10 @@
 // The host's compound-file document and its frame and container streams.
 #include "host/base/tv_document.h"
 
-#include "host/base/designer_frame.h"
+#include "host/bars/frame_wnd_vt.h"
 #include "platform/storage/ole_stream_file.h"
+
+#include <memory>
 
 using namespace talvor::platform::storage;
 
@@ -13,9 +15,19 @@ namespace {
 constexpr const char* FrameStreamName = "Frame";
 constexpr const char* ContainerStreamName = "Container";
 constexpr DWORD FrameStreamMagic = 0x53465654; // "TVFS"
-constexpr WORD FrameStreamVersion = 1;
+constexpr WORD FrameStreamVersion = 2;
 constexpr DWORD CreateMode = STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE;
 constexpr DWORD ReadMode = STGM_READ | STGM_SHARE_EXCLUSIVE;
+
+// The command bars of a frame that has them, else null.
+CVTCommandBars* CommandBarsOf(CFrameWnd* frame) {
+    auto* withBars = dynamic_cast<CVTFrameWndImpl*>(frame);
+    return withBars ? withBars->GetCommandBars() : nullptr;
+}
+
+struct ReleaseBars {
+    void operator()(CVTCommandBars* bars) const { bars->InternalRelease(); }
+};
 } // namespace
 
 CTVDocument::~CTVDocument() {
@@ -73,10 +85,13 @@ BOOL CTVDocument::SaveFrameStream(CFrameWnd* frame, IStorage* storage) {
         ar << FrameStreamMagic << FrameStreamVersion << text << frame->GetTitle();
         ar << rect.left << rect.top << rect.right << rect.bottom;
         ar << static_cast<LONG>(frame->GetShowCommand());
-        auto* designer = dynamic_cast<CDesignerFrameImpl*>(frame);
-        ar << static_cast<BYTE>(designer ? 1 : 0);
-        if (designer)
-            ar << designer->m_strDesignerState;
+        // The bars in the command bar library's own form.
+        CVTCommandBars* bars = CommandBarsOf(frame);
+        ar << static_cast<BYTE>(bars ? 1 : 0);
+        if (bars) {
+            bars->GetCommandBarsOptions()->Serialize(ar);
+            bars->SerializeCommandBars(ar);
+        }
         ar.Close();
         file.Close();
     } catch (CException* e) {
@@ -99,21 +114,31 @@ BOOL CTVDocument::LoadFrameStream(CFrameWnd* frame, IStorage* storage) {
         ar >> magic >> version;
         if (magic != FrameStreamMagic || version != FrameStreamVersion)
             return FALSE;
-        CString text, title, state;
+        CString text, title;
         RECT rect;
         LONG show = 0;
-        BYTE hasDesigner = 0;
+        BYTE hasBars = 0;
         ar >> text >> title >> rect.left >> rect.top >> rect.right >> rect.bottom >> show;
-        ar >> hasDesigner;
-        if (hasDesigner)
-            ar >> state;
+        ar >> hasBars;
+        if (hasBars > 1)
+            return FALSE;
+        // The bars are read into a set of their own, so a damaged stream leaves the frame's.
+        VT_COMMANDBARS_OPTIONS options;
+        std::unique_ptr<CVTCommandBars, ReleaseBars> loaded;
+        if (hasBars) {
+            options.Serialize(ar);
+            loaded.reset(new CVTCommandBars);
+            loaded->SerializeCommandBars(ar);
+        }
         // Everything was read: only now does the frame change.
         frame->SetWindowText(text);
         frame->SetTitle(title);
         frame->MoveWindow(rect);
         frame->ShowWindow(show);
-        if (auto* designer = dynamic_cast<CDesignerFrameImpl*>(frame); designer && hasDesigner)
-            designer->m_strDesignerState = state;
+        if (CVTCommandBars* bars = CommandBarsOf(frame); bars && loaded) {
+            *bars->GetCommandBarsOptions() = options;
+            bars->MoveBarsFrom(loaded.get());
+        }
     } catch (CException* e) {
         e->Delete();
         return FALSE;
@@ -128,7 +153,9 @@ BOOL CTVDocument::SaveContainerStream(CVXContainerDoc* container, IStorage* stor
     if (!file.CreateStream(storage, ContainerStreamName, CreateMode))
         return FALSE;
     try {
-        CArchive ar(&file, CArchive::store, 1 << 16);
+        // Room for a large form: the stream then gets it in one write, which the file
+        // passes on to the disk without another copy.
+        CArchive ar(&file, CArchive::store, 1 << 18);
         container->Serialize(ar);
         ar.Close();
         file.Close();

@@ -24,14 +24,17 @@ public:
     // The sub-storage name of parent opened with mode, or null. The caller releases it.
     IStorage* OpenStorage(const char* name, IStorage* parent, DWORD mode);
 
-    // Writes the frame's window text, title, placement and show state, and for a design frame
-    // its designer state, as the stream "Frame" of storage (replacing it). FALSE when the
-    // stream cannot be written.
+    // Writes the frame's window text, title, placement and show state, and for a frame with
+    // command bars the bars' options and every bar with its controls and the bars of its
+    // popups, as the stream "Frame" of storage (replacing it). FALSE when the stream cannot be
+    // written.
     BOOL SaveFrameStream(CFrameWnd* frame, IStorage* storage);
     // Writes the form's controls with their properties as the stream "Container".
     BOOL SaveContainerStream(CVXContainerDoc* container, IStorage* storage);
-    // Restores what SaveFrameStream wrote; FALSE, with the frame unchanged, when the stream is
-    // missing or damaged.
+    // Restores what SaveFrameStream wrote, the command bars in place of the frame's bars; FALSE,
+    // with the frame and its bars unchanged, when the stream is missing or damaged. Bars saved
+    // from a frame are dropped for a frame without command bars; a frame saved without bars
+    // keeps the bars it has.
     BOOL LoadFrameStream(CFrameWnd* frame, IStorage* storage);
     // Restores what SaveContainerStream wrote; FALSE, with the controls unchanged, when the
     // stream is missing or damaged.

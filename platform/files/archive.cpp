@@ -17,6 +17,11 @@ constexpr DWORD MaxMapCount = 0x3FFFFFFE;
 CArchive::CArchive(CFile* file, UINT mode, int bufferSize, void* /*buffer*/)
     : m_pFile(file), m_nMode(mode),
       m_bufferSize(bufferSize < 128 ? 128 : static_cast<std::size_t>(bufferSize)) {
+    if (IsStoring() && m_pFile != nullptr) {
+        m_store.reset(new char[m_bufferSize]);
+        m_storeNext = m_store.get();
+        m_storeEnd = m_storeNext + m_bufferSize;
+    }
     m_loadClasses.push_back(nullptr);
     m_loadObjects.push_back(nullptr);
 }
@@ -86,24 +91,53 @@ void CArchive::WriteThrough(const void* buffer, UINT count) {
     CheckMode(false);
     if (m_pFile == nullptr)
         return;
-    if (m_buffer.empty() && count >= m_bufferSize) {
-        m_pFile->Write(buffer, count); // a large block needn't pass through the buffer
+    const char* from = static_cast<const char*>(buffer);
+    if (Stored() != 0) {
+        // Only a write that fills the buffer comes here: fill it, write it, go on with the
+        // rest.
+        const std::size_t room = static_cast<std::size_t>(m_storeEnd - m_storeNext);
+        std::memcpy(m_storeNext, from, room);
+        m_storeNext = m_storeEnd;
+        from += room;
+        count -= static_cast<UINT>(room);
+        Flush();
+    }
+    if (count >= m_bufferSize) {
+        m_pFile->Write(from, count); // a large block needn't pass through the buffer
         return;
     }
-    m_buffer.append(static_cast<const char*>(buffer), count);
-    if (m_buffer.size() >= m_bufferSize)
-        Flush();
+    std::memcpy(m_storeNext, from, count);
+    m_storeNext += count;
+}
+
+CArchive& CArchive::WriteStringThrough(const CString& text) {
+    // Length prefix: one byte below 255, else 0xFF and a WORD below 0xFFFE, else 0xFFFF and a
+    // DWORD, else 0xFFFFFFFF and a ULONGLONG. Strings are stored as 8-bit text.
+    std::size_t length = static_cast<std::size_t>(text.GetLength());
+    if (length < 255) {
+        *this << static_cast<BYTE>(length);
+    } else {
+        *this << static_cast<BYTE>(0xFF);
+        if (length < 0xFFFE) {
+            *this << static_cast<WORD>(length);
+        } else {
+            *this << static_cast<WORD>(0xFFFF);
+            if (length < 0xFFFFFFFFu)
+                *this << static_cast<DWORD>(length);
+            else
+                *this << static_cast<DWORD>(0xFFFFFFFFu) << static_cast<ULONGLONG>(length);
+        }
+    }
+    Write(text.GetString(), static_cast<UINT>(length));
+    return *this;
 }
 
 void CArchive::Flush() {
-    if (IsStoring() && m_pFile != nullptr && !m_buffer.empty()) {
-        // The buffer is emptied whether or not the write throws (nothing is written twice),
-        // and keeps its capacity for the bytes that follow.
-        struct Emptied {
-            std::string& buffer;
-            ~Emptied() { buffer.clear(); }
-        } emptied{m_buffer};
-        m_pFile->Write(m_buffer.data(), static_cast<UINT>(m_buffer.size()));
+    if (IsStoring() && m_pFile != nullptr && Stored() != 0) {
+        // The buffer is emptied whether or not the write throws (nothing is written twice).
+        const std::size_t stored = Stored();
+        m_storeNext = m_store.get();
+        m_pFile->Write(m_store.get(), static_cast<UINT>(stored));
     }
 }
 
@@ -116,6 +150,7 @@ void CArchive::Close() {
 
 void CArchive::Abort() {
     m_buffer.clear();
+    m_storeNext = m_store.get();
     m_closed = true;
 }
 
@@ -168,28 +203,6 @@ DWORD_PTR CArchive::ReadCount() {
     ULONGLONG large = 0;
     *this >> large;
     return static_cast<DWORD_PTR>(large);
-}
-
-CArchive& CArchive::operator<<(const CString& text) {
-    // Length prefix: one byte below 255, else 0xFF and a WORD below 0xFFFE, else 0xFFFF and a
-    // DWORD, else 0xFFFFFFFF and a ULONGLONG. Strings are stored as 8-bit text.
-    std::size_t length = static_cast<std::size_t>(text.GetLength());
-    if (length < 255) {
-        *this << static_cast<BYTE>(length);
-    } else {
-        *this << static_cast<BYTE>(0xFF);
-        if (length < 0xFFFE) {
-            *this << static_cast<WORD>(length);
-        } else {
-            *this << static_cast<WORD>(0xFFFF);
-            if (length < 0xFFFFFFFFu)
-                *this << static_cast<DWORD>(length);
-            else
-                *this << static_cast<DWORD>(0xFFFFFFFFu) << static_cast<ULONGLONG>(length);
-        }
-    }
-    Write(text.GetString(), static_cast<UINT>(length));
-    return *this;
 }
 
 CArchive& CArchive::operator>>(CString& text) {

@@ -11,6 +11,7 @@
 #include "platform/strings/cstring.h"
 
 #include <cstring>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -34,9 +35,12 @@ public:
     // Raw bytes. Read returns how many it got (fewer at the end of the data).
     UINT Read(void* buffer, UINT count);
     void Write(const void* buffer, UINT count) {
-        // Most writes are a few bytes into a buffer with room: no call for them.
-        if (!IsLoading() && m_pFile != nullptr && m_buffer.size() + count < m_bufferSize) {
-            m_buffer.append(static_cast<const char*>(buffer), count);
+        // Most writes are a few bytes into a buffer with room: no call for them. A loading
+        // archive, or one without a file, has no room and goes through the checks.
+        if (count < static_cast<std::size_t>(m_storeEnd - m_storeNext)) {
+            if (count != 0) // buffer may be null then
+                std::memcpy(m_storeNext, buffer, count);
+            m_storeNext += count;
             return;
         }
         WriteThrough(buffer, count);
@@ -72,7 +76,17 @@ public:
     CArchive& operator<<(SHORT value) { return WriteValue(value); }
     CArchive& operator<<(char value) { return WriteValue(value); }
     CArchive& operator<<(bool value) { return WriteValue(static_cast<BYTE>(value ? 1 : 0)); }
-    CArchive& operator<<(const CString& text);
+    CArchive& operator<<(const CString& text) {
+        // A short string into a buffer with room: length byte and text in one step.
+        const std::size_t length = static_cast<std::size_t>(text.GetLength());
+        if (length < 255 && length + 1 < static_cast<std::size_t>(m_storeEnd - m_storeNext)) {
+            *m_storeNext = static_cast<char>(length);
+            CopyShort(m_storeNext + 1, text.GetString(), length);
+            m_storeNext += length + 1;
+            return *this;
+        }
+        return WriteStringThrough(text);
+    }
     CArchive& operator<<(const CObject* object) {
         WriteObject(object);
         return *this;
@@ -100,6 +114,28 @@ public:
     static constexpr UINT ReadChunk = 1u << 16;
 
 private:
+    // Copies a few bytes without a call into the library: two overlapping moves of a fixed
+    // width cover every length up to twice that width. Most strings of a form are short.
+    static void CopyShort(char* to, const char* from, std::size_t n) {
+        if (n >= 16) {
+            if (n > 32) {
+                std::memcpy(to, from, n);
+                return;
+            }
+            std::memcpy(to, from, 16);
+            std::memcpy(to + n - 16, from + n - 16, 16);
+        } else if (n >= 8) {
+            std::memcpy(to, from, 8);
+            std::memcpy(to + n - 8, from + n - 8, 8);
+        } else if (n >= 4) {
+            std::memcpy(to, from, 4);
+            std::memcpy(to + n - 4, from + n - 4, 4);
+        } else if (n > 0) {
+            to[0] = from[0];
+            to[n / 2] = from[n / 2];
+            to[n - 1] = from[n - 1];
+        }
+    }
     template <class T> CArchive& WriteValue(T value) {
         unsigned char bytes[sizeof(T)];
         std::memcpy(bytes, &value, sizeof(T)); // the platforms we build for are little-endian
@@ -108,6 +144,8 @@ private:
     }
     // Write for a loading archive (refused), a buffer without room, or no file.
     void WriteThrough(const void* buffer, UINT count);
+    CArchive& WriteStringThrough(const CString& text);
+    std::size_t Stored() const { return static_cast<std::size_t>(m_storeNext - m_store.get()); }
     template <class T> CArchive& ReadValue(T& value) {
         CheckMode(true);
         unsigned char bytes[sizeof(T)];
@@ -124,9 +162,14 @@ private:
     UINT m_nMode;
     UINT m_nObjectSchema = static_cast<UINT>(-1);
     bool m_closed = false;
-    std::string m_buffer;        // storing: bytes not yet written
+    std::string m_buffer;        // loading: bytes read ahead
     std::size_t m_bufferPos = 0; // loading: next byte of m_buffer to hand out
     std::size_t m_bufferSize;
+    // Storing: bytes not yet written, from m_store to m_storeNext; m_storeEnd ends the
+    // buffer. All three are null for a loading archive and one without a file.
+    std::unique_ptr<char[]> m_store;
+    char* m_storeNext = nullptr;
+    char* m_storeEnd = nullptr;
     // Shared index space of classes and objects, as the binary form numbers them; index 0 is
     // the null object.
     std::unordered_map<const void*, DWORD> m_storeMap;

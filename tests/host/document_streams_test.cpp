@@ -2,6 +2,7 @@
 // sub-storage, damaged or missing streams change nothing, and sub-storages are found by name
 // and type.
 #include "../platform/storage_test_support.h"
+#include "design_description.h"
 #include "host/base/designer_frame.h"
 #include "host/base/tv_document.h"
 #include "host/core/vp_storage.h"
@@ -24,12 +25,34 @@ std::string Numbered(const char* prefix, int n) {
     return text;
 }
 
+// Bars that differ with the variant: one to three tool bars of buttons and a popup with a bar of
+// its own, a menu bar for odd variants.
+void FillBars(CTVMDIFrameWnd& frame, int variant) {
+    ASSERT_TRUE(frame.InitCommandBars());
+    CVTCommandBars* bars = frame.GetCommandBars();
+    bars->RemoveAll();
+    bars->GetCommandBarsOptions()->bLargeIcons = variant % 2;
+    for (int b = 0; b <= variant % 3; ++b) {
+        CVTCommandBar* bar = bars->Add(Numbered("Bar ", b * 10 + variant).c_str(),
+                                       b % 2 ? vtBarLeft : vtBarTop, &CVTToolBar::classCVTToolBar);
+        bar->SetBarID(100 + b);
+        for (int c = 0; c < 2 + variant; ++c)
+            bar->GetControls()->Add(vtControlButton, 1000 + c,
+                                    Numbered("Button ", c * variant).c_str());
+        auto* popup =
+            static_cast<CVTControlPopup*>(bar->GetControls()->Add(vtControlPopup, 0, "More"));
+        popup->GetCommandBar()->GetControls()->Add(vtControlButton, 2000 + variant, "Inside");
+    }
+    if (variant % 2)
+        bars->SetMenuBar(bars->GetAt(0), 59392);
+}
+
 void FillDesign(CTVMDIFrameWnd& frame, CTVContainerDoc& form, int variant) {
     frame.SetWindowText((Numbered("Form", variant)).c_str());
     frame.SetTitle("Designer");
     frame.MoveWindow(10 + variant, 20, 640, 480);
     frame.ShowWindow(SW_SHOWMAXIMIZED);
-    frame.m_strDesignerState = (Numbered("bars:", variant)).c_str();
+    FillBars(frame, variant);
     form.RemoveAll();
     for (int i = 0; i < 3 + variant; ++i) {
         const int c = form.AddControl((Numbered("Button", i)).c_str(), "VX.Button");
@@ -46,7 +69,7 @@ std::string Describe(const CTVMDIFrameWnd& frame, const CVXContainerDoc& form) {
     std::ostringstream out;
     out << text.GetString() << '|' << frame.GetTitle().GetString() << '|' << r.left << ',' << r.top
         << ',' << r.right << ',' << r.bottom << '|' << frame.GetShowCommand() << '|'
-        << frame.m_strDesignerState.GetString();
+        << DescribeBars(frame.GetCommandBars());
     for (int i = 0; i < form.GetControlCount(); ++i) {
         const CVXContainerDoc::Control* c = form.GetControl(i);
         out << '|' << c->m_strName.GetString() << ':' << c->m_strClass.GetString();
@@ -136,6 +159,58 @@ TEST(TVDocument, MissingOrDamagedStreamsLoadNothing) {
     EXPECT_FALSE(doc.SaveFrameStream(nullptr, doc.GetRootStorage()));
     EXPECT_FALSE(doc.LoadContainerStream(&form, nullptr));
     EXPECT_EQ(doc.OpenStorage("nothing", doc.GetRootStorage(), ReadMode), nullptr);
+}
+
+TEST(TVDocument, TheFrameStreamCarriesTheCommandBars) {
+    const std::string path = TestFolder("host") + "/bars.cfb";
+    CTVDocument doc;
+    ASSERT_TRUE(doc.DoSave(path.c_str(), TRUE));
+    IStorage* root = doc.GetRootStorage();
+    CTVMDIFrameWnd saved, target;
+    CTVContainerDoc savedForm, targetForm;
+    FillDesign(saved, savedForm, 3);
+    FillDesign(target, targetForm, 2);
+    const std::string savedBars = DescribeBars(saved.GetCommandBars());
+    ASSERT_NE(DescribeBars(target.GetCommandBars()), savedBars);
+    IStorage* storage = CVPStorage::CreateStorage("bars", root, CreateMode, 0);
+    ASSERT_NE(storage, nullptr);
+    ASSERT_TRUE(doc.SaveFrameStream(&saved, storage));
+
+    // Into another design frame: its own set of bars now holds the saved bars, bound to it.
+    CVTCommandBars* targetBars = target.GetCommandBars();
+    ASSERT_TRUE(doc.LoadFrameStream(&target, storage));
+    EXPECT_EQ(target.GetCommandBars(), targetBars);
+    EXPECT_EQ(DescribeBars(targetBars), savedBars);
+    ASSERT_NE(targetBars->GetMenuBar(), nullptr);
+    EXPECT_EQ(targetBars->GetMenuBar(), targetBars->GetAt(0));
+
+    // Every shorter form of the stream is refused and leaves the frame and its bars alone.
+    COleStreamFile file;
+    ASSERT_TRUE(file.OpenStream(storage, "Frame", ReadMode));
+    std::string whole(static_cast<std::size_t>(file.GetLength()), '\0');
+    ASSERT_EQ(file.Read(whole.data(), static_cast<UINT>(whole.size())), whole.size());
+    file.Close();
+    FillDesign(target, targetForm, 4);
+    const std::string before = Describe(target, targetForm);
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        ASSERT_EQ(WriteStream(storage, "Frame", whole.substr(0, length), STGM_CREATE), S_OK);
+        ASSERT_FALSE(doc.LoadFrameStream(&target, storage)) << length;
+    }
+    EXPECT_EQ(Describe(target, targetForm), before);
+
+    // A frame without command bars takes the rest and drops the bars; what it saves leaves a
+    // design frame's bars as they are.
+    ASSERT_EQ(WriteStream(storage, "Frame", whole, STGM_CREATE), S_OK);
+    CMDIFrameWnd plain;
+    ASSERT_TRUE(doc.LoadFrameStream(&plain, storage));
+    CString text;
+    plain.GetWindowText(text);
+    EXPECT_EQ(text, "Form3");
+    ASSERT_TRUE(doc.SaveFrameStream(&plain, storage));
+    const std::string barsBefore = DescribeBars(target.GetCommandBars());
+    ASSERT_TRUE(doc.LoadFrameStream(&target, storage));
+    EXPECT_EQ(DescribeBars(target.GetCommandBars()), barsBefore);
+    storage->Release();
 }
 
 TEST(VPStorage, CreateStorageReplacesOrOpensAndFindElementIgnoresCase) {

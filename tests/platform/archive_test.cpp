@@ -2,6 +2,7 @@
 #include "platform/files/archive.h"
 
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace {
 
@@ -93,6 +94,68 @@ TEST(ArchiveFormat, StringLengthPrefixes) {
         CString back;
         EXPECT_EQ(LoadCause(bytes, [&](CArchive& ar) { ar >> back; }), -1);
         EXPECT_EQ(back, text);
+    }
+}
+
+TEST(ArchiveFormat, BufferSizeAndWriteLengthsLeaveTheBytesAlone) {
+    // Strings of every short length, either side of the length prefixes, and raw blocks that
+    // end exactly at, before and after a buffer's end: the same bytes for every buffer size,
+    // each string read back whole.
+    std::vector<CString> strings;
+    for (int length = 0; length <= 40; ++length)
+        strings.push_back(CString(std::string(length, static_cast<char>('a' + length % 26))));
+    for (int length : {126, 127, 128, 129, 254, 255, 256, 300, 5000})
+        strings.push_back(CString(std::string(length, static_cast<char>('A' + length % 26))));
+    std::string expected;
+    auto put = [&expected](const void* p, std::size_t n) {
+        expected.append(static_cast<const char*>(p), n);
+    };
+    for (std::size_t i = 0; i < strings.size(); ++i) {
+        const std::size_t length = strings[i].GetLength();
+        if (length < 255) {
+            const BYTE b = static_cast<BYTE>(length);
+            put(&b, 1);
+        } else {
+            const BYTE b = 0xFF;
+            const WORD w = static_cast<WORD>(length);
+            put(&b, 1);
+            put(&w, 2);
+        }
+        put(strings[i].GetString(), length);
+        const std::string block(i * 37 % 300, static_cast<char>(i));
+        put(block.data(), block.size());
+        const DWORD d = static_cast<DWORD>(i * 0x01010101u);
+        put(&d, 4);
+    }
+    for (int bufferSize : {128, 129, 200, 4096, 1 << 18}) {
+        SCOPED_TRACE(bufferSize);
+        CMemFile file;
+        {
+            CArchive ar(&file, CArchive::store, bufferSize);
+            for (std::size_t i = 0; i < strings.size(); ++i) {
+                ar << strings[i];
+                const std::string block(i * 37 % 300, static_cast<char>(i));
+                ar.Write(block.data(), static_cast<UINT>(block.size()));
+                ar << static_cast<DWORD>(i * 0x01010101u);
+            }
+            ar.Close();
+        }
+        ASSERT_EQ(file.Data().size(), expected.size());
+        EXPECT_TRUE(file.Data() == expected);
+        CString back;
+        std::string skipped(300, '\0');
+        DWORD d = 0;
+        EXPECT_EQ(LoadCause(file.Data(),
+                            [&](CArchive& ar) {
+                                for (std::size_t i = 0; i < strings.size(); ++i) {
+                                    ar >> back;
+                                    ASSERT_EQ(back, strings[i]) << i;
+                                    ar.Read(skipped.data(), static_cast<UINT>(i * 37 % 300));
+                                    ar >> d;
+                                    ASSERT_EQ(d, static_cast<DWORD>(i * 0x01010101u));
+                                }
+                            }),
+                  -1);
     }
 }
 

@@ -2,6 +2,7 @@
 // brings back, moves that load nothing, operation names, and failures that change nothing.
 #include "undo/undo_doc.h"
 
+#include "../host/design_description.h"
 #include "../platform/storage_test_support.h"
 #include "host/base/designer_frame.h"
 #include "platform/files/file_system.h"
@@ -186,6 +187,71 @@ TEST(TalvorUndoDoc, SnapshotsAreAddedReplacedAndLoadedBack) {
     EXPECT_EQ(doc.MoveTo(4), 0);
     EXPECT_EQ(doc.MoveTo(0xFFFFFFFFu), 0);
     EXPECT_EQ(doc.GetCurr(), 1u);
+}
+
+TEST(TalvorUndoDoc, UndoAndRedoBringBackTheCommandBarsOfEachSnapshot) {
+    TempFolder temp(TestFolder("undo_bars"));
+    Design design;
+    ASSERT_TRUE(design.frame.InitCommandBars());
+    CVTCommandBars* bars = design.frame.GetCommandBars();
+    CTalvorUndoDoc doc;
+    doc.SetOperationObject(&design.frame);
+    std::vector<std::string> saved;
+
+    // 0: one tool bar with two buttons.
+    CVTCommandBar* standard = bars->Add("Standard", vtBarTop, &CVTToolBar::classCVTToolBar);
+    standard->SetBarID(100);
+    standard->GetControls()->Add(vtControlButton, 57600, "New");
+    standard->GetControls()->Add(vtControlButton, 57601, "Open");
+    saved.push_back(DescribeBars(bars));
+    ASSERT_EQ(doc.Add(1, 0, TRUE), 1);
+
+    // 1: the bar renamed and moved, a button added behind a separator, a menu bar with a
+    // popup in a popup.
+    standard->SetTitle("Main");
+    standard->SetPosition(vtBarLeft);
+    standard->GetControls()->Add(vtControlButton, 57603, "Save")->SetBeginGroup(TRUE);
+    CVTCommandBar* menu = bars->Add("Menu Bar", vtBarTop, &CVTMenuBar::classCVTMenuBar);
+    bars->SetMenuBar(menu, 59392);
+    auto* file = static_cast<CVTControlPopup*>(menu->GetControls()->Add(vtControlPopup, 0, "File"));
+    auto* recent = static_cast<CVTControlPopup*>(
+        file->GetCommandBar()->GetControls()->Add(vtControlPopup, 0, "Recent"));
+    recent->GetCommandBar()->GetControls()->Add(vtControlButton, 57616, "1 first.frm");
+    bars->GetCommandBarsOptions()->bLargeIcons = TRUE;
+    saved.push_back(DescribeBars(bars));
+    ASSERT_EQ(doc.Add(2, 1, TRUE), 1);
+
+    // 2: the tool bar deleted.
+    bars->Remove(standard);
+    saved.push_back(DescribeBars(bars));
+    ASSERT_EQ(doc.Add(3, 2, TRUE), 1);
+    ASSERT_NE(saved[0], saved[1]);
+    ASSERT_NE(saved[1], saved[2]);
+
+    // Undo to each snapshot and redo again: the frame's own set holds the bars of that
+    // snapshot, bound to it, with its menu bar.
+    for (unsigned n : {1u, 0u, 1u, 2u, 0u}) {
+        SCOPED_TRACE(n);
+        ASSERT_EQ(doc.MoveTo(n), 1);
+        ASSERT_EQ(doc.LoadFrame(), 1);
+        EXPECT_EQ(design.frame.GetCommandBars(), bars);
+        EXPECT_EQ(DescribeBars(bars), saved[n]);
+    }
+    ASSERT_EQ(doc.MoveTo(1), 1);
+    ASSERT_EQ(doc.LoadFrame(), 1);
+    ASSERT_NE(bars->GetMenuBar(), nullptr);
+    EXPECT_EQ(bars->GetMenuBar()->GetTitle(), "Menu Bar");
+    EXPECT_NE(bars->FindControl(57616), nullptr) << "the popup's popup came back with its bar";
+
+    // A snapshot replaced in place carries the bars as they are now.
+    bars->GetMenuBar()->SetTitle("Renamed menu");
+    const std::string renamed = DescribeBars(bars);
+    ASSERT_EQ(doc.Add(2, 1, FALSE), 1);
+    ASSERT_EQ(doc.MoveTo(0), 1);
+    ASSERT_EQ(doc.LoadFrame(), 1);
+    ASSERT_EQ(doc.MoveTo(1), 1);
+    ASSERT_EQ(doc.LoadFrame(), 1);
+    EXPECT_EQ(DescribeBars(bars), renamed);
 }
 
 TEST(TalvorUndoDoc, NamesAreDecimalWithoutPadding) {

@@ -3,6 +3,7 @@
 // rotations, so a commit rewrites only the few directory sectors the insertion touched.
 #include "platform/storage/detail/compound_file.h"
 
+#include <algorithm>
 #include <functional>
 
 namespace talvor::platform::storage::detail {
@@ -62,17 +63,25 @@ void CompoundFile::MarkClosed(std::uint32_t id) {
 }
 
 void CompoundFile::Touch(std::uint32_t id) {
-    m_entryDirty[id] = 1;
+    m_dirDirty.insert(id / EntriesPerSector);
 }
 
 std::uint32_t CompoundFile::NewEntry() {
-    for (std::uint32_t id = 1; id < m_entries.size(); ++id)
+    // The lowest free entry, so a file's directory stays as small as it can.
+    for (std::uint32_t id = m_entrySearchFrom; id < m_entries.size(); ++id)
         if (m_entries[id].type == TypeUnused && m_children.find(id) == m_children.end())
-            return id;
+            return m_entrySearchFrom = id;
     const std::uint32_t id = static_cast<std::uint32_t>(m_entries.size());
+    m_entrySearchFrom = id;
     m_entries.resize(m_entries.size() + EntriesPerSector);
-    m_entryDirty.resize(m_entries.size(), 1);
+    m_dirDirty.insert(id / EntriesPerSector);
     return id;
+}
+
+void CompoundFile::ClearEntry(std::uint32_t id) {
+    m_entries[id] = DirEntry{};
+    Touch(id);
+    m_entrySearchFrom = std::min(m_entrySearchFrom, id);
 }
 
 HRESULT CompoundFile::AddChild(std::uint32_t storage, std::u16string_view name, std::uint8_t type,
@@ -100,8 +109,7 @@ void CompoundFile::ReleaseContent(std::uint32_t id) {
     if (e.type == TypeStorage) {
         for (std::uint32_t child : Children(id)) {
             ReleaseContent(child);
-            m_entries[child] = DirEntry{};
-            Touch(child);
+            ClearEntry(child);
         }
         m_children.erase(id);
         return;
@@ -133,8 +141,7 @@ void CompoundFile::ReleaseContent(std::uint32_t id) {
 HRESULT CompoundFile::RemoveChild(std::uint32_t storage, std::uint32_t id) {
     ReleaseContent(id);
     m_children[storage].erase(m_entries[id].name);
-    m_entries[id] = DirEntry{};
-    Touch(id);
+    ClearEntry(id);
     RebuildTree(storage);
     return S_OK;
 }

@@ -9,6 +9,7 @@
 #include "platform/storage/detail/lock_bytes.h"
 #include "platform/storage/storage_types.h"
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <set>
@@ -18,12 +19,50 @@
 
 namespace talvor::platform::storage::detail {
 
+// The longest run of sectors written in one call.
+constexpr std::size_t MaxRunBytes = 1u << 20;
+// Whole sectors of a stream write that go to the file directly rather than through the run.
+constexpr std::uint32_t DirectWriteSectors = 64;
+
 // Name order of the directory: shorter names first, then by upper-case characters.
 int CompareNames(std::u16string_view a, std::u16string_view b);
 struct NameLess {
     bool operator()(const std::u16string& a, const std::u16string& b) const {
         return CompareNames(a, b) < 0;
     }
+};
+
+// A set of table sector indices: inserting is a flag test, and the members come out in
+// ascending order, the order in which a commit moves and writes the sectors.
+class IndexSet {
+public:
+    void insert(std::uint32_t index) {
+        if (index >= m_has.size())
+            m_has.resize(std::max<std::size_t>(index + 1, m_has.size() * 2), 0);
+        if (m_has[index])
+            return;
+        m_has[index] = 1;
+        m_members.push_back(index);
+        m_sorted = m_sorted && (m_members.size() < 2 || m_members[m_members.size() - 2] < index);
+    }
+    void clear() {
+        for (std::uint32_t index : m_members)
+            m_has[index] = 0;
+        m_members.clear();
+        m_sorted = true;
+    }
+    // The members in ascending order; valid until the next insert.
+    const std::vector<std::uint32_t>& Sorted() {
+        if (!m_sorted)
+            std::sort(m_members.begin(), m_members.end());
+        m_sorted = true;
+        return m_members;
+    }
+
+private:
+    std::vector<std::uint8_t> m_has;
+    std::vector<std::uint32_t> m_members;
+    bool m_sorted = true;
 };
 
 struct DirEntry {
@@ -124,11 +163,16 @@ private:
     bool IsFresh(std::uint32_t sector) const {
         return sector < m_freshFlag.size() && m_freshFlag[sector] != 0;
     }
-    void LinkChain(const std::vector<std::uint32_t>& chain);
+    // Links the chain around the sectors at the positions given.
+    void RelinkChain(const std::vector<std::uint32_t>& chain,
+                     const std::vector<std::size_t>& placed);
     HRESULT ReadSectorBytes(std::uint32_t sector, std::uint32_t offset, void* out,
                             std::uint32_t size);
     HRESULT WriteFreshBytes(std::uint32_t sector, std::uint32_t offset, const void* data,
                             std::uint32_t size);
+    // Writes size bytes over consecutive fresh sectors from sector on, the first from offset.
+    HRESULT WriteFreshRange(std::uint32_t sector, std::uint32_t offset, const std::uint8_t* data,
+                            std::size_t size);
     HRESULT FlushRun();
     HRESULT WriteFailed(const char* what);
     HRESULT ReplaceInChain(std::vector<std::uint32_t>& chain, std::size_t index, bool copy);
@@ -142,6 +186,7 @@ private:
 
     // Directory.
     std::uint32_t NewEntry();
+    void ClearEntry(std::uint32_t id);
     void Touch(std::uint32_t id);
     void InsertIntoTree(std::uint32_t storage, std::uint32_t id);
     void RebuildTree(std::uint32_t storage);
@@ -164,7 +209,7 @@ private:
 
     // Allocation, working state.
     std::vector<std::uint32_t> m_fat;
-    std::set<std::uint32_t> m_fatDirty;        // FAT sector indices
+    IndexSet m_fatDirty;                       // FAT sector indices
     std::vector<std::uint32_t> m_fatLocations; // where each FAT sector lives
     std::vector<std::uint32_t> m_difatLocations;
     bool m_difatDirty = false;
@@ -174,12 +219,14 @@ private:
     std::vector<std::uint32_t> m_pendingFree; // committed sectors the working state dropped
     std::uint32_t m_dataCursor = FreeSector;  // the sector after the last data sector taken
 
-    // A run of consecutive fresh sectors not yet written.
+    // A run of consecutive fresh sectors not yet written: m_runBytes bytes of m_run (a
+    // buffer of MaxRunBytes, made on the first write) from sector m_runStart on.
     std::uint32_t m_runStart = 0;
-    std::vector<std::uint8_t> m_runData;
+    std::size_t m_runBytes = 0;
+    std::unique_ptr<std::uint8_t[]> m_run;
 
     std::vector<std::uint32_t> m_miniFat;
-    std::set<std::uint32_t> m_miniFatDirty;
+    IndexSet m_miniFatDirty;
     std::vector<std::uint32_t> m_miniFatChain;
     std::vector<std::uint32_t> m_miniChain;                           // sectors of the mini stream
     std::map<std::uint32_t, std::vector<std::uint8_t>> m_miniPending; // by index in m_miniChain
@@ -189,7 +236,9 @@ private:
     std::vector<std::uint32_t> m_miniPendingFree;
 
     std::vector<DirEntry> m_entries;
-    std::vector<std::uint8_t> m_entryDirty;
+    IndexSet m_dirDirty; // directory sectors with a changed entry
+    // Every entry below this one is in use: the search for a free entry starts here.
+    std::uint32_t m_entrySearchFrom = 1;
     std::vector<std::uint32_t> m_dirChain;
     std::unordered_map<std::uint32_t, std::map<std::u16string, std::uint32_t, NameLess>> m_children;
 

@@ -284,13 +284,13 @@ HRESULT CompoundFile::Load() {
     m_pendingFree.clear();
     m_fatDirty.clear();
     m_difatDirty = false;
-    m_runData.clear();
+    m_runBytes = 0;
     m_miniFatDirty.clear();
     m_miniPending.clear();
     m_miniFresh.assign(m_miniFat.size(), 0);
     m_miniFreshList.clear();
     m_miniPendingFree.clear();
-    m_entryDirty.assign(m_entries.size(), 0);
+    m_dirDirty.clear();
     m_streams.clear();
     m_openCount.clear();
     return S_OK;
@@ -339,6 +339,7 @@ HRESULT CompoundFile::LoadDirectoryTree() {
     for (std::uint32_t id = 1; id < m_entries.size(); ++id)
         if (!reached[id])
             m_entries[id] = DirEntry{};
+    m_entrySearchFrom = 1;
     return S_OK;
 }
 

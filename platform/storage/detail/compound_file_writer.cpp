@@ -10,7 +10,6 @@
 
 namespace talvor::platform::storage::detail {
 namespace {
-constexpr std::size_t MaxRunBytes = 1u << 20;
 const std::uint8_t Zeros[SectorSize] = {};
 } // namespace
 
@@ -30,11 +29,13 @@ HRESULT CompoundFile::Create(std::unique_ptr<LockBytes> bytes, std::shared_ptr<C
 
 void CompoundFile::CreateEmpty() {
     m_entries.assign(EntriesPerSector, DirEntry{});
+    m_entrySearchFrom = 1;
     DirEntry& root = m_entries[0];
     root.name = u"Root Entry";
     root.type = TypeRoot;
     root.color = Black;
-    m_entryDirty.assign(m_entries.size(), 1);
+    m_dirDirty.clear();
+    m_dirDirty.insert(0);
     m_children.clear();
     m_children[0];
     m_bytes->Truncate(0);
@@ -61,9 +62,9 @@ std::uint32_t CompoundFile::AllocateNear(std::uint32_t& cursor, std::uint32_t mi
     // the sector after the last one taken, else the start of a free run long enough, else the
     // end of the file. Shorter holes are left to the tables and the directory.
     std::uint32_t taken = FreeSector;
-    if (m_freePool.count(cursor))
-        taken = cursor;
     const bool atEnd = cursor == m_fat.size(); // growing at the end: no need to look for a run
+    if (!atEnd && m_freePool.count(cursor))
+        taken = cursor;
     std::uint32_t runStart = FreeSector, runLength = 0, previous = FreeSector;
     for (auto it = m_freePool.begin(); taken == FreeSector && !atEnd && it != m_freePool.end();
          ++it) {
@@ -91,10 +92,9 @@ std::uint32_t CompoundFile::TakeSector(std::uint32_t sector) {
         m_fatDirty.insert(sector / IdsPerSector);
     }
     // A sector freed earlier in this transaction may still lie in the pending run.
-    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runData.size() / SectorSize);
+    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runBytes / SectorSize);
     if (sector >= m_runStart && sector - m_runStart < runSectors)
-        std::memset(m_runData.data() + std::size_t(sector - m_runStart) * SectorSize, 0,
-                    SectorSize);
+        std::memset(m_run.get() + std::size_t(sector - m_runStart) * SectorSize, 0, SectorSize);
     if (m_freshFlag[sector] == 0)
         m_freshList.push_back(sector);
     m_freshFlag[sector] = 1;
@@ -112,16 +112,22 @@ void CompoundFile::ReleaseSector(std::uint32_t sector) {
     }
 }
 
-void CompoundFile::LinkChain(const std::vector<std::uint32_t>& chain) {
-    for (std::size_t i = 0; i < chain.size(); ++i)
+void CompoundFile::RelinkChain(const std::vector<std::uint32_t>& chain,
+                               const std::vector<std::size_t>& placed) {
+    // The FAT entries that point at a placed sector and the one of the sector itself; the
+    // others still link the chain as they did.
+    for (std::size_t i : placed) {
+        if (i > 0)
+            SetFat(chain[i - 1], chain[i]);
         SetFat(chain[i], i + 1 < chain.size() ? chain[i + 1] : EndOfChain);
+    }
 }
 
 HRESULT CompoundFile::ReadSectorBytes(std::uint32_t sector, std::uint32_t offset, void* out,
                                       std::uint32_t size) {
-    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runData.size() / SectorSize);
+    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runBytes / SectorSize);
     if (sector >= m_runStart && sector - m_runStart < runSectors) {
-        std::memcpy(out, m_runData.data() + std::size_t(sector - m_runStart) * SectorSize + offset,
+        std::memcpy(out, m_run.get() + std::size_t(sector - m_runStart) * SectorSize + offset,
                     size);
         return S_OK;
     }
@@ -138,28 +144,70 @@ HRESULT CompoundFile::ReadSectorBytes(std::uint32_t sector, std::uint32_t offset
 
 HRESULT CompoundFile::WriteFreshBytes(std::uint32_t sector, std::uint32_t offset, const void* data,
                                       std::uint32_t size) {
-    std::uint32_t runSectors = static_cast<std::uint32_t>(m_runData.size() / SectorSize);
+    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runBytes / SectorSize);
     const bool inRun = sector >= m_runStart && sector - m_runStart < runSectors;
     if (!inRun) {
-        const bool extends = !m_runData.empty() && sector == m_runStart + runSectors &&
-                             m_runData.size() < MaxRunBytes;
+        const bool extends =
+            m_runBytes != 0 && sector == m_runStart + runSectors && m_runBytes < MaxRunBytes;
         if (!extends) {
             if (HRESULT hr = FlushRun(); FAILED(hr))
                 return hr;
             m_runStart = sector;
+            if (!m_run)
+                m_run.reset(new std::uint8_t[MaxRunBytes]);
         }
-        const std::size_t at = m_runData.size();
-        m_runData.resize(at + SectorSize);
-        // A sector written to disk earlier in this transaction keeps what it holds.
-        if (m_freshFlag[sector] == 2 && size < SectorSize) {
-            if (!m_bytes->ReadAt((std::uint64_t(sector) + 1) * SectorSize, m_runData.data() + at,
-                                 SectorSize))
-                return Fail(STG_E_READFAULT, "cannot read back sector 0x%x", sector);
+        std::uint8_t* slot = m_run.get() + m_runBytes;
+        m_runBytes += SectorSize;
+        if (size < SectorSize) {
+            // A sector written to disk earlier in this transaction keeps what it holds; a new
+            // one reads as zeros where nothing is written.
+            if (m_freshFlag[sector] == 2) {
+                if (!m_bytes->ReadAt((std::uint64_t(sector) + 1) * SectorSize, slot, SectorSize))
+                    return Fail(STG_E_READFAULT, "cannot read back sector 0x%x", sector);
+            } else {
+                std::memset(slot, 0, SectorSize);
+            }
         }
     }
     if (size > 0)
-        std::memcpy(m_runData.data() + std::size_t(sector - m_runStart) * SectorSize + offset, data,
+        std::memcpy(m_run.get() + std::size_t(sector - m_runStart) * SectorSize + offset, data,
                     size);
+    return S_OK;
+}
+
+HRESULT CompoundFile::WriteFreshRange(std::uint32_t sector, std::uint32_t offset,
+                                      const std::uint8_t* data, std::size_t size) {
+    if (offset != 0) {
+        const std::uint32_t n =
+            static_cast<std::uint32_t>(std::min<std::size_t>(SectorSize - offset, size));
+        if (HRESULT hr = WriteFreshBytes(sector++, offset, data, n); FAILED(hr))
+            return hr;
+        data += n;
+        size -= n;
+    }
+    // Many whole sectors go to the file as they are, without a copy, unless the pending run
+    // holds one of them (its copy would be written over them later).
+    const std::uint32_t whole = static_cast<std::uint32_t>(size / SectorSize);
+    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runBytes / SectorSize);
+    const bool overlapsRun =
+        runSectors != 0 && sector < m_runStart + runSectors && m_runStart < sector + whole;
+    if (whole >= DirectWriteSectors && !overlapsRun) {
+        if (!m_bytes->WriteAt((std::uint64_t(sector) + 1) * SectorSize, data,
+                              std::size_t(whole) * SectorSize))
+            return WriteFailed("stream data");
+        for (std::uint32_t i = 0; i < whole; ++i)
+            m_freshFlag[sector + i] = 2;
+        sector += whole;
+        data += std::size_t(whole) * SectorSize;
+        size -= std::size_t(whole) * SectorSize;
+    }
+    for (; size > 0; ++sector) {
+        const std::uint32_t n = static_cast<std::uint32_t>(std::min<std::size_t>(SectorSize, size));
+        if (HRESULT hr = WriteFreshBytes(sector, 0, data, n); FAILED(hr))
+            return hr;
+        data += n;
+        size -= n;
+    }
     return S_OK;
 }
 
@@ -176,16 +224,15 @@ HRESULT CompoundFile::WriteFailed(const char* what) {
 }
 
 HRESULT CompoundFile::FlushRun() {
-    if (m_runData.empty())
+    if (m_runBytes == 0)
         return S_OK;
-    if (!m_bytes->WriteAt((std::uint64_t(m_runStart) + 1) * SectorSize, m_runData.data(),
-                          m_runData.size()))
+    if (!m_bytes->WriteAt((std::uint64_t(m_runStart) + 1) * SectorSize, m_run.get(), m_runBytes))
         return WriteFailed("stream data");
-    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runData.size() / SectorSize);
+    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runBytes / SectorSize);
     for (std::uint32_t i = 0; i < runSectors; ++i)
         if (m_freshFlag[m_runStart + i] != 0)
             m_freshFlag[m_runStart + i] = 2;
-    m_runData.clear();
+    m_runBytes = 0;
     return S_OK;
 }
 
@@ -302,17 +349,22 @@ void CompoundFile::SerializeHeader(std::uint8_t* h) const {
 }
 
 HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uint8_t>>& writes) {
+    // Chains are linked where a sector was placed: a long chain costs nothing when little of
+    // it changes. (Sectors added to the mini stream were linked as they were added.)
+    std::vector<std::size_t> placed;
+
     // Mini stream sectors: changed ones move to fresh sectors.
     for (auto& [index, buffer] : m_miniPending) {
         if (!IsFresh(m_miniChain[index])) {
             const std::uint32_t old = m_miniChain[index];
             m_miniChain[index] = AllocateSector();
             ReleaseSector(old);
+            placed.push_back(index);
         }
         writes[m_miniChain[index]] = std::move(buffer);
     }
     m_miniPending.clear();
-    LinkChain(m_miniChain);
+    RelinkChain(m_miniChain, placed);
     DirEntry& root = m_entries[0];
     const std::uint32_t miniStart = m_miniChain.empty() ? EndOfChain : m_miniChain[0];
     const std::uint64_t miniSize = std::uint64_t(m_miniFat.size()) * MiniSectorSize;
@@ -324,17 +376,20 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
 
     // Mini FAT.
     const std::size_t miniFatSectors = (m_miniFat.size() + IdsPerSector - 1) / IdsPerSector;
+    placed.clear();
     while (m_miniFatChain.size() < miniFatSectors) {
+        placed.push_back(m_miniFatChain.size());
         m_miniFatChain.push_back(AllocateSector());
         m_miniFatDirty.insert(static_cast<std::uint32_t>(m_miniFatChain.size() - 1));
     }
-    for (std::uint32_t index : m_miniFatDirty) {
+    for (std::uint32_t index : m_miniFatDirty.Sorted()) {
         if (index >= m_miniFatChain.size())
             continue;
         if (!IsFresh(m_miniFatChain[index])) {
             const std::uint32_t old = m_miniFatChain[index];
             m_miniFatChain[index] = AllocateSector();
             ReleaseSector(old);
+            placed.push_back(index);
         }
         std::vector<std::uint8_t> buffer(SectorSize);
         for (std::uint32_t j = 0; j < IdsPerSector; ++j) {
@@ -343,26 +398,29 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
         }
         writes[m_miniFatChain[index]] = std::move(buffer);
     }
-    LinkChain(m_miniFatChain);
+    RelinkChain(m_miniFatChain, placed);
 
     // Directory.
     const std::size_t dirSectors = m_entries.size() / EntriesPerSector;
-    while (m_dirChain.size() < dirSectors)
+    placed.clear();
+    while (m_dirChain.size() < dirSectors) {
+        placed.push_back(m_dirChain.size());
+        m_dirDirty.insert(static_cast<std::uint32_t>(m_dirChain.size()));
         m_dirChain.push_back(AllocateSector());
-    for (std::size_t s = 0; s < dirSectors; ++s) {
-        bool dirty = IsFresh(m_dirChain[s]);
-        for (std::uint32_t k = 0; k < EntriesPerSector; ++k)
-            dirty = dirty || m_entryDirty[s * EntriesPerSector + k];
-        if (!dirty)
+    }
+    // Sectors with a changed entry, and the new ones.
+    for (std::uint32_t s : m_dirDirty.Sorted()) {
+        if (s >= dirSectors)
             continue;
         if (!IsFresh(m_dirChain[s])) {
             const std::uint32_t old = m_dirChain[s];
             m_dirChain[s] = AllocateSector();
             ReleaseSector(old);
+            placed.push_back(s);
         }
         std::vector<std::uint8_t> buffer(SectorSize, 0);
         for (std::uint32_t k = 0; k < EntriesPerSector; ++k) {
-            const DirEntry& e = m_entries[s * EntriesPerSector + k];
+            const DirEntry& e = m_entries[std::size_t(s) * EntriesPerSector + k];
             std::uint8_t* p = buffer.data() + 128 * k;
             Put32(p + 0x44, e.type == TypeUnused ? NoStream : e.left);
             Put32(p + 0x48, e.type == TypeUnused ? NoStream : e.right);
@@ -386,7 +444,7 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
         }
         writes[m_dirChain[s]] = std::move(buffer);
     }
-    LinkChain(m_dirChain);
+    RelinkChain(m_dirChain, placed);
 
     // FAT and DIFAT, until placing them changes nothing more: a moved FAT sector changes the
     // FAT entries of its old and new place, which may dirty another FAT sector.
@@ -422,7 +480,7 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
                 difatDirty.insert(static_cast<std::uint32_t>(m_difatLocations.size() - 2));
             changed = true;
         }
-        const std::vector<std::uint32_t> dirtyFat(m_fatDirty.begin(), m_fatDirty.end());
+        const std::vector<std::uint32_t> dirtyFat = m_fatDirty.Sorted();
         for (std::uint32_t index : dirtyFat) {
             if (index >= m_fatLocations.size() || IsFresh(m_fatLocations[index]))
                 continue;
@@ -446,7 +504,7 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
             changed = true;
         }
     }
-    for (std::uint32_t index : m_fatDirty) {
+    for (std::uint32_t index : m_fatDirty.Sorted()) {
         if (index >= m_fatLocations.size())
             continue;
         std::vector<std::uint8_t> buffer(SectorSize);
@@ -531,14 +589,14 @@ HRESULT CompoundFile::Commit(bool flushToDisk) {
     m_miniPendingFree.clear();
     m_fatDirty.clear();
     m_miniFatDirty.clear();
-    std::fill(m_entryDirty.begin(), m_entryDirty.end(), 0);
+    m_dirDirty.clear();
     m_error.clear();
     return S_OK;
 }
 
 HRESULT CompoundFile::Revert() {
     ++m_generation;
-    m_runData.clear();
+    m_runBytes = 0;
     m_entries.clear();
     m_children.clear();
     HRESULT hr = Load();

@@ -111,8 +111,9 @@ HRESULT CompoundFile::WriteBig(StreamData& data, std::uint64_t pos, const std::u
         return S_OK;
     const std::size_t first = static_cast<std::size_t>(pos / SectorSize);
     const std::size_t last = static_cast<std::size_t>((pos + size - 1) / SectorSize);
+    // First every sector the write touches is made fresh, in order, so the sectors a stream
+    // gets do not depend on how its writer cuts its writes.
     for (std::size_t k = std::min(first, data.chain.size()); k <= last; ++k) {
-        // Allocated one at a time, just before it is written, so a long write stays one run.
         if (k >= data.chain.size()) {
             const std::uint32_t sector = AllocateDataSector();
             if (!data.chain.empty())
@@ -121,19 +122,30 @@ HRESULT CompoundFile::WriteBig(StreamData& data, std::uint64_t pos, const std::u
             if (k < first) {
                 if (HRESULT hr = WriteFreshBytes(sector, 0, nullptr, 0); FAILED(hr))
                     return hr;
-                continue;
             }
+            continue;
         }
-        const std::uint32_t offset = k == first ? static_cast<std::uint32_t>(pos % SectorSize) : 0;
-        const std::uint32_t n = static_cast<std::uint32_t>(
-            std::min<std::uint64_t>(SectorSize - offset, pos + size - (k * SectorSize + offset)));
-        if (!IsFresh(data.chain[k])) {
-            if (HRESULT hr = ReplaceInChain(data.chain, k, n < SectorSize); FAILED(hr))
-                return hr;
-        }
-        const std::uint8_t* from = src + (k * SectorSize + offset - pos);
-        if (HRESULT hr = WriteFreshBytes(data.chain[k], offset, from, n); FAILED(hr))
+        if (IsFresh(data.chain[k]))
+            continue;
+        const std::uint64_t start = std::max<std::uint64_t>(pos, std::uint64_t(k) * SectorSize);
+        const std::uint64_t end =
+            std::min<std::uint64_t>(pos + size, std::uint64_t(k + 1) * SectorSize);
+        if (HRESULT hr = ReplaceInChain(data.chain, k, end - start < SectorSize); FAILED(hr))
             return hr;
+    }
+    // Then the bytes, a run of consecutive sectors at a time.
+    std::uint32_t offset = static_cast<std::uint32_t>(pos % SectorSize);
+    for (std::size_t k = first; size > 0;) {
+        std::size_t count = 1;
+        while (k + count <= last && data.chain[k + count] == data.chain[k] + count)
+            ++count;
+        const std::size_t n = std::min<std::size_t>(count * SectorSize - offset, size);
+        if (HRESULT hr = WriteFreshRange(data.chain[k], offset, src, n); FAILED(hr))
+            return hr;
+        k += count;
+        src += n;
+        size -= n;
+        offset = 0;
     }
     return S_OK;
 }
