@@ -103,6 +103,9 @@ void CRichEditCtrl::Replace(long start, long end, std::string_view rawText, bool
     UpdateScrollBars();
     Invalidate(FALSE);
     OnTextChanged(start, false);
+    if (CWnd* parent = GetParent())
+        parent->SendMessage(WM_COMMAND, MAKEWPARAM(static_cast<int>(GetDlgCtrlID()), EN_CHANGE),
+                            reinterpret_cast<LPARAM>(this));
 }
 
 void CRichEditCtrl::Record(Step step) {

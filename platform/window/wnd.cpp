@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 using namespace talvor::platform::window_detail;
 
@@ -13,7 +14,8 @@ const CRuntimeClass CWnd::classCWnd =
 
 namespace {
 CWnd* g_focus = nullptr;
-}
+CWnd* g_locked = nullptr; // the window whose painting LockWindowUpdate holds back
+} // namespace
 
 CWnd::~CWnd() {
     if (m_hWnd) {
@@ -22,6 +24,8 @@ CWnd::~CWnd() {
         DropMessagesOf(this);
         if (g_focus == this)
             g_focus = nullptr;
+        if (g_locked == this)
+            g_locked = nullptr;
         m_hWnd = nullptr;
     }
 }
@@ -76,6 +80,8 @@ BOOL CWnd::DestroyWindow() {
     DropMessagesOf(this);
     if (g_focus == this)
         g_focus = nullptr;
+    if (g_locked == this)
+        g_locked = nullptr;
     m_timers.clear();
     m_paintQueued = false;
     m_hWnd = nullptr;
@@ -103,6 +109,13 @@ BOOL CWnd::PostMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     return TRUE;
 }
 
+BOOL CWnd::OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) {
+    const LRESULT answer = SendMessage(WM_REFLECT_BASE + message, wParam, lParam);
+    if (result)
+        *result = 0;
+    return answer != 0 ? TRUE : FALSE;
+}
+
 BOOL CWnd::PreTranslateMessage(MSG*) {
     return FALSE;
 }
@@ -125,7 +138,19 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_DESTROY:
         OnDestroy();
         return 0;
+    case WM_COMMAND: {
+        auto* child = reinterpret_cast<CWnd*>(lParam);
+        LRESULT result = 0;
+        if (child && Living().count(child) && child->GetParent() == this &&
+            child->OnChildNotify(message, wParam, lParam, &result))
+            return result;
+        return DefWindowProc(message, wParam, lParam);
+    }
     case WM_PAINT:
+        if (g_locked == this) {
+            m_paintHeld = true;
+            return 0;
+        }
         OnPaint();
         return 0;
     case WM_SIZE:
@@ -367,6 +392,25 @@ BOOL CWnd::GetUpdateRect(LPRECT rect, BOOL) const {
 void CWnd::UpdateWindow() {
     if (m_hWnd && !m_update.IsRectEmpty())
         SendMessage(WM_PAINT);
+}
+
+BOOL CWnd::LockWindowUpdate() {
+    if (!m_hWnd || (g_locked && g_locked != this))
+        return FALSE;
+    g_locked = this;
+    return TRUE;
+}
+
+void CWnd::UnlockWindowUpdate() {
+    if (g_locked != this)
+        return;
+    g_locked = nullptr;
+    if (std::exchange(m_paintHeld, false))
+        Invalidate(FALSE);
+}
+
+BOOL CWnd::IsUpdateLocked() const {
+    return g_locked == this ? TRUE : FALSE;
 }
 
 BOOL CWnd::RedrawWindow(LPCRECT rect, void*, UINT flags) {
