@@ -149,6 +149,9 @@ private:
     std::string AllText(bool crlf) const;
     void EnsureStarts() const;
     void Invalidated(int fromPara) const;
+    // Brings the paragraph starts up to date after paragraphs first to last were replaced by as
+    // many new ones; falls back to Invalidated when the index was not complete.
+    void ShiftStarts(int first, int last);
     long ParaStart(int para) const;
     Location Locate(long charIndex) const;
     static int ByteOfChar(const std::string& text, int chars);

@@ -84,6 +84,7 @@ BOOL CWnd::DestroyWindow() {
         g_locked = nullptr;
     m_timers.clear();
     m_paintQueued = false;
+    m_paintPosted = false;
     m_hWnd = nullptr;
     return TRUE;
 }
@@ -101,6 +102,7 @@ BOOL CWnd::PostMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     if (!m_hWnd)
         return FALSE;
     if (message == WM_PAINT) {
+        m_paintPosted = true;
         if (m_paintQueued)
             return TRUE;
         m_paintQueued = true;
@@ -368,7 +370,10 @@ void CWnd::InvalidateRect(LPCRECT rect, BOOL) {
     if (part.IsRectEmpty())
         return;
     m_update.UnionRect(&m_update, &part);
-    PostMessage(WM_PAINT);
+    if (!m_paintQueued) {
+        m_paintQueued = true;
+        Queue().push_back(MSG{this, WM_PAINT, 0, 0});
+    }
 }
 
 void CWnd::ValidateRect(LPCRECT rect) {

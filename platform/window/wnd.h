@@ -50,7 +50,9 @@ public:
 
     // Dispatches at once through WindowProc; 0 for a window that does not exist.
     LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
-    // Queues the message; a WM_PAINT already queued for the window is not queued twice.
+    // Queues the message; a WM_PAINT already queued for the window is not queued twice. A
+    // posted WM_PAINT is always handled; one queued by invalidation only while part of the
+    // window is still invalid.
     // FALSE for a window that does not exist.
     BOOL PostMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 
@@ -182,6 +184,9 @@ private:
     DWORD m_dwExStyle = 0;
     CRect m_update; // client coordinates; empty when valid
     bool m_paintQueued = false;
+    // A paint was posted as a message; one that only invalidation asked for is dropped when the
+    // window has been painted (and so validated) before its turn comes.
+    bool m_paintPosted = false;
     bool m_paintHeld = false; // a paint came while the window was locked
     ScrollBarState m_bars[2];
     std::map<UINT_PTR, Timer> m_timers;
