@@ -273,7 +273,11 @@ void FontFace::Open(const LOGFONT& logFont) {
 }
 
 void FontFace::Render(void* faceHandle, unsigned glyphIndex, bool embolden, bool oblique,
-                      Glyph& glyph) const {
+                      Glyph& glyph, bool ink) const {
+    glyph.source = faceHandle;
+    glyph.index = glyphIndex;
+    glyph.embolden = embolden;
+    glyph.oblique = oblique;
     FT_Face face = static_cast<FT_Face>(faceHandle);
     if (FT_Load_Glyph(face, glyphIndex, FT_LOAD_TARGET_LIGHT | FT_LOAD_NO_BITMAP) != 0)
         return;
@@ -286,6 +290,9 @@ void FontFace::Render(void* faceHandle, unsigned glyphIndex, bool embolden, bool
     }
     glyph.advance =
         static_cast<int>((slot->advance.x + 32) >> 6) + (embolden ? m_emboldenStrength / 64 : 0);
+    if (!ink)
+        return;
+    glyph.inked = true;
     if (FT_Render_Glyph(slot, FT_RENDER_MODE_LIGHT) != 0 ||
         slot->bitmap.pixel_mode != FT_PIXEL_MODE_GRAY)
         return;
@@ -369,15 +376,25 @@ const Glyph& FontFace::Load(char32_t codePoint) {
         if (fallback)
             Render(fallback->face,
                    FT_Get_Char_Index(static_cast<FT_Face>(fallback->face), codePoint),
-                   fallback->embolden, fallback->oblique, *glyph);
+                   fallback->embolden, fallback->oblique, *glyph, false);
         else
-            Render(face, index, m_emboldenSynthetic, m_obliqueSynthetic, *glyph);
+            Render(face, index, m_emboldenSynthetic, m_obliqueSynthetic, *glyph, false);
     }
     const Glyph& result = *glyph;
     if (codePoint < 128)
         m_ascii[codePoint] = glyph.get();
     m_glyphs.emplace(codePoint, std::move(glyph));
     return result;
+}
+
+const Glyph& FontFace::Inked(const Glyph& glyph) {
+    if (glyph.inked || !glyph.source)
+        return glyph;
+    // Every glyph handed out lives in m_glyphs, which holds it as a non-const object.
+    Glyph& owned = const_cast<Glyph&>(glyph);
+    Render(owned.source, owned.index, owned.embolden, owned.oblique, owned, true);
+    owned.inked = true;
+    return glyph;
 }
 
 void DecodeText(const char* text, int length, std::vector<char32_t>& codePoints,
