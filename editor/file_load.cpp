@@ -34,10 +34,10 @@ void CTalvorSyntaxEdit::LoadFile(CString strPath) {
         EDITSTREAM es;
         es.dwCookie = reinterpret_cast<DWORD_PTR>(&file);
         es.pfnCallback = ReadFromFile;
-        SendMessage(EM_STREAMIN, SF_TEXT, reinterpret_cast<LPARAM>(&es));
+        StreamIn(SF_TEXT, es); // EM_STREAMIN, also before the window exists
         file.Abort();
     }
-    SendMessage(EM_SETMODIFY, FALSE);
+    SetModify(FALSE);
 }
 
 void CTalvorSyntaxEdit::SaveTheContext(const char* pszPath) {
