@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 using talvor::platform::draw_detail::FontFace;
@@ -38,6 +40,26 @@ TEST(GlyphInk, MeasuringRendersNothingAndDrawingRendersOnce) {
         EXPECT_LT(inked.width, 2 * (height < 0 ? -height : height)) << "a glyph's own size";
         EXPECT_TRUE(face->GlyphFor(U' ').coverage.empty());
     }
+}
+
+TEST(GlyphInk, AFaceKeepsItsInkWithinABudget) {
+    LOGFONT lf = talvor::platform::PointFontLogFont(100, "DejaVu Sans");
+    lf.lfHeight = -2400;
+    const auto face = FontFace::ForLogFont(lf);
+    ASSERT_TRUE(face->IsLoaded());
+    std::size_t drawn = 0, largest = 0;
+    for (char32_t c = 33; c < 127; ++c) {
+        const Glyph& glyph = face->Inked(face->GlyphFor(c));
+        ASSERT_TRUE(glyph.inked);
+        drawn += glyph.coverage.size();
+        largest = std::max(largest, glyph.coverage.size());
+    }
+    std::size_t kept = 0;
+    for (char32_t c = 33; c < 127; ++c)
+        kept += face->GlyphFor(c).coverage.size();
+    ASSERT_GT(drawn, std::size_t{64} << 20) << "the test must draw more than the budget";
+    EXPECT_LE(kept, (std::size_t{64} << 20) + largest);
+    EXPECT_FALSE(face->Inked(face->GlyphFor(U'A')).coverage.empty()) << "drawn again on demand";
 }
 
 } // namespace

@@ -107,6 +107,7 @@ private:
     FaceMetrics m_metrics;
     const Glyph* m_ascii[128] = {};
     std::unordered_map<char32_t, std::unique_ptr<Glyph>> m_glyphs;
+    std::size_t m_inkBytes = 0; // coverage held by m_glyphs
 };
 
 // The characters of 8-bit text in the system code page, as code points, with the byte length
