@@ -3,18 +3,40 @@
 
 #include "platform/app/message_box.h"
 #include "platform/codepage/code_page.h"
+#include "platform/files/file.h"
 #include "platform/files/file_system.h"
 
 #include <cstring>
+
+namespace {
+// Stream callback whose cookie is the open file; a read error ends the stream.
+DWORD ReadFromFile(DWORD_PTR cookie, BYTE* buffer, LONG size, LONG* read) {
+    *read = 0;
+    try {
+        *read = static_cast<LONG>(
+            reinterpret_cast<CFile*>(cookie)->Read(buffer, static_cast<UINT>(size)));
+    } catch (CFileException* e) {
+        e->Delete();
+        return 1;
+    }
+    return 0;
+}
+} // namespace
 
 void CTalvorSyntaxEdit::LoadFile(CString strPath) {
     SetWindowText("");
     ResetParseCookie();
     SetMacroEditFont(m_lfFont);
-    std::string text, error;
-    // A file that cannot be read leaves the control empty, without a message.
-    if (talvor::platform::ReadWholeFile(strPath.GetString(), text, error))
-        PutText(text);
+    // Other programs may go on reading and writing the file meanwhile. A file that cannot be
+    // opened or read leaves the control as far as it got, without a message.
+    CFile file;
+    if (file.Open(strPath.GetString(), CFile::modeRead | CFile::shareDenyNone)) {
+        EDITSTREAM es;
+        es.dwCookie = reinterpret_cast<DWORD_PTR>(&file);
+        es.pfnCallback = ReadFromFile;
+        StreamIn(SF_TEXT, es); // EM_STREAMIN, also before the window exists
+        file.Abort();
+    }
     SetModify(FALSE);
 }
 

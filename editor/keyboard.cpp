@@ -67,6 +67,9 @@ BOOL CTalvorSyntaxEdit::OnCommand(UINT nID) {
     case 6008:
         OnEditLcase();
         return TRUE;
+    case 6010:
+        OnEditInsertfile();
+        return TRUE;
     case 6011:
         OnEditInvert();
         return TRUE;
@@ -164,6 +167,10 @@ void CTalvorSyntaxEdit::OnEditundo() {
     SendMessage(EM_UNDO);
 }
 
+void CTalvorSyntaxEdit::OnEnChange() {
+    m_bModified = 1;
+}
+
 void CTalvorSyntaxEdit::OnEditredo() {
     SendMessage(EM_REDO);
     m_bModified = 1;
@@ -173,6 +180,10 @@ LRESULT CTalvorSyntaxEdit::WindowProc(UINT nMsg, WPARAM wParam, LPARAM lParam) {
     constexpr UINT ImeChar = 0x0286;
     if (nMsg == WM_COMMAND && OnCommand(LOWORD(wParam)))
         return 0;
+    if (nMsg == WM_REFLECT_BASE + WM_COMMAND && HIWORD(wParam) == EN_CHANGE) {
+        OnEnChange();
+        return 1; // handled: the parent does not see the notification
+    }
     if (nMsg != ImeChar)
         return CRichEditCtrl::WindowProc(nMsg, wParam, lParam);
     long start, end;

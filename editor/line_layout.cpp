@@ -64,7 +64,6 @@ void CTalvorSyntaxEdit::OnTextChanged(long firstChar, bool wholeText) {
         return;
     }
     SetParseCookieZeroFromGivenLine(static_cast<int>(LineFromChar(firstChar)));
-    m_bModified = 1;
 }
 
 void CTalvorSyntaxEdit::ResetParseCookie() {

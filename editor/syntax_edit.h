@@ -18,6 +18,7 @@
 #include <string_view>
 
 class CArchive;
+class CVTControlListBox;
 
 // Profile sections of the editor's settings; the colour section gets the language's name
 // appended.
@@ -123,6 +124,21 @@ public:
     // argument is not used.
     void LoadText(CString& str);
 
+    // Input. Keys and characters go to the control first; the editor then repaints what moved.
+    void OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags) override;
+    void OnChar(UINT nChar, UINT nRepCnt, UINT nFlags) override;
+    // A writable editor shows its context menu (resource 5428) at the cursor; the control's
+    // own handling of the button follows in any case.
+    void OnRButtonDown(UINT nFlags, CPoint pt) override;
+    // The control's EN_CHANGE, reflected by the parent: the text was changed by editing.
+    void OnEnChange();
+    // Asks the control to lay out again when its horizontal range changed since last seen.
+    void ReCalcCursorPostion();
+    // Sets the caption beside a host's undo (57643) or redo drop-down list: the control static
+    // of the list's bar with the list's identifier gets "Undo n action(s)" for the n selected
+    // rows. Nothing happens without such a control.
+    void SetUndoMessage(CVTControlListBox* pList);
+
     // Clipboard and undo commands (57634 to 57644).
     void OnEditcut();
     void OnEditcopy();
@@ -150,6 +166,16 @@ public:
     // Runs the update handler bound to the command's identifier; FALSE when none is.
     BOOL UpdateCommandUI(CCmdUI* pCmdUI);
 
+    // Command 6010: asks for a file with the types of the profile's "FileTypes" list, keeps the
+    // chosen filter in the profile (also on Cancel), and replaces the selection by the file's
+    // text with undo; a file that cannot be read inserts nothing but still marks a change.
+    void OnEditInsertfile();
+    // The filter list of OnEditInsertfile, always ending in the filter for all files.
+    CString GetInsertFileFilter();
+    // Lets the user choose a font, starting from the format at the caret or of the selection;
+    // on OK the text and the modified state are kept, the tab stops left as they are. An empty
+    // text comes back as a single blank.
+    void OnViewFont();
     // Replaces the control's text by a file's (silently empty when it cannot be read) and
     // clears the modified state.
     void LoadFile(CString strPath);
@@ -169,8 +195,6 @@ protected:
     void OnPaint() override;
     void OnHScroll(UINT nSBCode, UINT nPos, CScrollBar* pScrollBar) override;
     void OnVScroll(UINT nSBCode, UINT nPos, CScrollBar* pScrollBar) override;
-    void OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags) override;
-    void OnChar(UINT nChar, UINT nRepCnt, UINT nFlags) override;
 
     void DrawSingleLineColorText(CDC* pDC, int nLine, CRect rc);
     void JudgeInSeletioAndDrawText(CDC* pDC, CRect& rc, CString& str, COLORREF clrBk,
@@ -180,7 +204,6 @@ protected:
     void DrawCross(CDC* pDC);
     int IsStrInSelection(int x, int y, int bStart);
     int IsSelectionInStr(int x, int nWidth, int y);
-    void ReCalcCursorPostion();
     // The control's change notification: the cookies from the changed line on are forgotten,
     // and a change by editing marks the text modified.
     void OnTextChanged(long firstChar, bool wholeText) override;

@@ -1,8 +1,14 @@
-// Drives the editor with random keys, mouse clicks, scrolling and commands over random text,
-// and checks after each step that the selection lies within the text and that the cookies of
-// the painted lines agree with a parse of the whole text.
+// Drives the editor with random keys, mouse clicks, scrolling, commands, the context menu, file
+// insertion and loading and font changes over random text, and checks after each step that the
+// selection lies within the text and that the cookies of the painted lines agree with a parse of
+// the whole text.
 #include "editor/syntax_edit.h"
+#include "host/bars/command_bars.h"
+#include "platform/app/message_box.h"
+#include "platform/app/profile.h"
 #include "platform/codepage/code_page.h"
+#include "platform/window/file_dialog.h"
+#include "platform/window/font_dialog.h"
 #include "platform/window/input_state.h"
 #include "platform/window/wnd.h"
 #include "syntax/document_colourer.h"
@@ -10,7 +16,10 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <memory>
 #include <string>
+#include <unistd.h>
 
 namespace {
 
@@ -60,6 +69,21 @@ constexpr int Keys[] = {VK_LEFT, VK_RIGHT,  VK_UP,   VK_DOWN, VK_HOME, VK_END, V
 constexpr UINT Commands[] = {6000, 6001, 6003, 6004, 6007,  6008,  6011,  6012,  6013,  6014,
                              6015, 6016, 6017, 6018, 57634, 57635, 57637, 57642, 57643, 57644};
 
+// The file that insert and load read: the input's text, written once per input.
+std::string TextFile(const std::string& text) {
+    static const std::string path = "/tmp/talvor-editor-fuzz-" + std::to_string(::getpid());
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
+    return path;
+}
+
+// No profile or message of the user's is touched while fuzzing.
+struct QuietHost {
+    QuietHost() {
+        AfxGetApp()->SetProfileStore(std::make_shared<talvor::platform::MemoryProfile>());
+        talvor::platform::SetMessageBoxHandler([](const char*, UINT) { return IDOK; });
+    }
+};
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -73,6 +97,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string text(reinterpret_cast<const char*>(data) + 4, textLength);
     const std::uint8_t* ops = data + 4 + textLength;
     const std::size_t opCount = (size - 4 - textLength) / 3;
+
+    static const QuietHost quiet;
+    const std::string file = TextFile(text);
+    UINT menuChoice = 0;
+    talvor::host::SetPopupMenuHandler(
+        [&menuChoice](const CVTCommandBar&, UINT, POINT) { return menuChoice; });
+    talvor::platform::ClearFileDialogAnswers();
+    talvor::platform::ClearFontDialogAnswers();
 
     FuzzEdit edit;
     edit.Create(WS_CHILD | WS_VISIBLE | WS_HSCROLL | WS_VSCROLL, RECT{0, 0, 240, 120}, nullptr, 1);
@@ -127,6 +159,29 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             break;
         case 11:
             (void)edit.GetCursorString();
+            break;
+        case 12: {
+            // A font of another size or face; a height of 0 or a huge one included.
+            talvor::platform::FontDialogAnswer answer;
+            answer.result = (b & 1) ? IDOK : IDCANCEL;
+            answer.font = edit.GetMacroEditFont();
+            answer.font.lfHeight = -static_cast<LONG>(a % 40) * ((b & 2) ? 1 : 100);
+            talvor::platform::QueueFontDialogAnswer(answer);
+            edit.OnViewFont();
+            break;
+        }
+        case 13:
+            talvor::platform::QueueFileDialogAnswer(
+                {(b & 1) ? IDOK : IDCANCEL, (b & 2) ? file : std::string("/nonexistent"), a});
+            edit.SendMessage(WM_COMMAND, 6010);
+            break;
+        case 14:
+            if (b & 1) {
+                edit.LoadFile(file.c_str());
+            } else {
+                menuChoice = (b & 2) ? Commands[a % 20] : 0;
+                edit.SendMessage(WM_RBUTTONDOWN, 0, MAKELPARAM(a, b));
+            }
             break;
         default:
             AfxPumpMessages();

@@ -40,6 +40,11 @@ public:
     DWORD GetDockingSides() const { return m_dwDockingSides; }
     BOOL IsVisible() const { return m_bVisible; }
     void SetVisible(BOOL visible) { m_bVisible = visible ? TRUE : FALSE; }
+    // Asks for the bar to be drawn again when the host next draws its bars; the host clears
+    // the request when it has drawn.
+    void DelayRedraw() { m_bRedrawPending = TRUE; }
+    BOOL IsRedrawPending() const { return m_bRedrawPending; }
+    void ClearRedrawPending() { m_bRedrawPending = FALSE; }
 
     // The bar's list (null only after someone put null in m_pControls).
     CVTControls* GetControls() const { return m_pControls; }
@@ -80,6 +85,7 @@ protected:
     int m_nPosition = vtBarPopup;
     DWORD m_dwDockingSides = vtDockTop | vtDockBottom | vtDockLeft | vtDockRight | vtDockFloating;
     BOOL m_bVisible = TRUE;
+    BOOL m_bRedrawPending = FALSE;
     CVTCommandBars* m_pCommandBars = nullptr; // not owned
 };
 

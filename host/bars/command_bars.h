@@ -6,9 +6,12 @@
 #include "host/bars/image_manager.h"
 #include "host/bars/paint_manager.h"
 
+#include <functional>
 #include <vector>
 
 class CFrameWnd;
+class CMenu;
+class CWnd;
 
 // Options of all bars of a frame.
 struct VT_COMMANDBARS_OPTIONS {
@@ -73,6 +76,13 @@ public:
     VT_COMMANDBARS_OPTIONS* GetCommandBarsOptions() { return &m_options; }
     void SetCustomizeMode(BOOL on) { m_bCustomizeMode = on ? TRUE : FALSE; }
     BOOL IsCustomizeMode() const { return m_bCustomizeMode; }
+    // Shows a menu as a popup bar at the screen point (x, y) and lets the user pick. Without
+    // TPM_RETURNCMD in flags the command picked is posted to pWnd as WM_COMMAND and the result
+    // is TRUE when the menu was shown; with it the result is the command, 0 for none. A null
+    // or empty menu shows nothing. There is no screen: the popup menu handler answers.
+    static BOOL TrackPopupMenu(CMenu* pMenu, UINT nFlags, int x, int y, CWnd* pWnd,
+                               LPCRECT rcExclude = nullptr, CWnd* pWndOwner = nullptr,
+                               CVTCommandBars* pCommandBars = nullptr);
     CFrameWnd* GetSite() const { return m_pFrame; }
     void SetSite(CFrameWnd* frame) { m_pFrame = frame; }
 
@@ -101,3 +111,12 @@ private:
     BOOL m_bCustomizeMode = FALSE;
     CFrameWnd* m_pFrame = nullptr;
 };
+
+namespace talvor::host {
+// Answers a tracked popup menu in place of a user: the command picked from the popup's bar,
+// or 0 when the menu is dismissed. The default handler dismisses every menu.
+using PopupMenuHandler = std::function<UINT(const CVTCommandBar& popup, UINT flags, POINT at)>;
+// Installs the handler for all later menus and returns the one it replaces; an empty handler
+// restores the default.
+PopupMenuHandler SetPopupMenuHandler(PopupMenuHandler handler);
+} // namespace talvor::host

@@ -196,6 +196,20 @@ CVTControls* CVTControls::Duplicate(BOOL recursive) const {
     return copy;
 }
 
+void CVTControl::DelayRedrawParent() {
+    if (CVTCommandBar* bar = GetParent())
+        bar->DelayRedraw();
+}
+
+CListBox* CVTControlListBox::GetListCtrl() {
+    if (!m_pListCtrl) {
+        m_pListCtrl = std::make_unique<CListBox>();
+        m_pListCtrl->Create(nullptr, nullptr, LBS_MULTIPLESEL | LBS_NOTIFY, RECT{0, 0, 0, 0},
+                            nullptr, static_cast<UINT>(m_nId));
+    }
+    return m_pListCtrl.get();
+}
+
 namespace {
 
 template <class Match>

@@ -5,7 +5,9 @@
 
 #include "host/bars/bar_object.h"
 #include "platform/strings/cstring.h"
+#include "platform/window/list_box.h"
 
+#include <memory>
 #include <vector>
 
 class CVTCommandBar;
@@ -56,6 +58,8 @@ public:
     // The list that holds the control, and that list's bar (null for the pool).
     CVTControls* GetControls() const { return m_pControls; }
     CVTCommandBar* GetParent() const;
+    // Asks the control's bar to be drawn again later; nothing for a control on no bar.
+    void DelayRedrawParent();
 
     // A new control of the same class and data, on no list. A popup's bar is copied with all
     // its controls when recursive is nonzero; otherwise the copy gets an empty bar.
@@ -119,6 +123,9 @@ public:
     // The number of lines the list shows when it drops down.
     int GetLinesCount() const { return m_nLines; }
     void SetLinesCount(int lines) { m_nLines = lines < 1 ? 1 : lines; }
+    // The list window the control drops down: multiple selection, made on first use. Its rows
+    // belong to whoever fills it (an undo list fills it with the steps it offers).
+    CListBox* GetListCtrl();
     void Copy(const CVTControl* other) override;
     void Serialize(CArchive& ar) override;
     const CRuntimeClass* GetRuntimeClass() const override { return &classCVTControlListBox; }
@@ -126,6 +133,7 @@ public:
 
 private:
     int m_nLines = 8;
+    std::unique_ptr<CListBox> m_pListCtrl;
 };
 
 class CVTControls : public CVTCmdTarget {

@@ -21,6 +21,15 @@ constexpr UINT MF_HELP = 0x4000;
 constexpr UINT MF_BYCOMMAND = 0x0000;
 constexpr UINT MF_BYPOSITION = 0x0400;
 
+// Flags of a popup menu that is tracked: the mouse button that picks, where the menu stands
+// against the point, and whether the choice comes back as the result instead of as WM_COMMAND.
+constexpr UINT TPM_LEFTBUTTON = 0x0000;
+constexpr UINT TPM_RIGHTBUTTON = 0x0002;
+constexpr UINT TPM_CENTERALIGN = 0x0004;
+constexpr UINT TPM_RIGHTALIGN = 0x0008;
+constexpr UINT TPM_NONOTIFY = 0x0080;
+constexpr UINT TPM_RETURNCMD = 0x0100;
+
 namespace talvor::platform {
 
 struct MenuItem {

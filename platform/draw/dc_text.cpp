@@ -65,7 +65,7 @@ void CDC::PaintText(int x, int y, const TextLayout& layout, const CRect& deviceC
     talvor::platform::Raster& raster = *m_state.raster;
 
     for (std::size_t i = 0; i < layout.glyphs.size(); ++i) {
-        const Glyph& glyph = *layout.glyphs[i];
+        const Glyph& glyph = face->Inked(*layout.glyphs[i]);
         const long long gx = left + layout.positions[i] + glyph.left;
         const long long gy = baseline - glyph.top;
         if (glyph.width == 0 || gx >= deviceClip.right || gx + glyph.width <= deviceClip.left ||

@@ -52,10 +52,12 @@ void CRichEditCtrl::Replace(long start, long end, std::string_view rawText, bool
         m_paras[a.para].text.substr(0, ByteOfChar(m_paras[a.para].text, a.offset));
     const std::string tail =
         m_paras[b.para].text.substr(ByteOfChar(m_paras[b.para].text, b.offset));
-    for (int p = a.para; p <= b.para; ++p) {
-        if (m_paras[p].width >= m_maxWidth)
-            m_maxWidthStale = true;
-    }
+    // The widest line is looked for again only when one of the widest paragraphs goes and
+    // nothing at least as wide takes its place.
+    bool removedWidest = false;
+    for (int p = a.para; p <= b.para; ++p)
+        removedWidest = removedWidest || m_paras[p].width >= m_maxWidth;
+    int widestFresh = 0;
     std::vector<Paragraph> fresh;
     std::size_t pos = 0;
     std::size_t endByte = 0; // in the last new paragraph, behind the inserted text
@@ -70,21 +72,25 @@ void CRichEditCtrl::Replace(long start, long end, std::string_view rawText, bool
         }
         para.chars = CountChars(para.text);
         LayoutParagraph(para);
-        if (!m_maxWidthStale)
-            m_maxWidth = std::max(m_maxWidth, para.width);
+        widestFresh = std::max(widestFresh, para.width);
         fresh.push_back(std::move(para));
         if (mark == std::string::npos)
             break;
         pos = mark + 1;
     }
+    if (widestFresh >= m_maxWidth)
+        m_maxWidth = widestFresh;
+    else if (removedWidest)
+        m_maxWidthStale = true;
     if (fresh.size() == static_cast<std::size_t>(b.para - a.para + 1)) {
         std::move(fresh.begin(), fresh.end(), m_paras.begin() + a.para);
+        ShiftStarts(a.para, b.para);
     } else {
         m_paras.erase(m_paras.begin() + a.para, m_paras.begin() + b.para + 1);
         m_paras.insert(m_paras.begin() + a.para, std::make_move_iterator(fresh.begin()),
                        std::make_move_iterator(fresh.end()));
+        Invalidated(a.para);
     }
-    Invalidated(a.para);
     m_modified = true;
     // The caret goes behind the inserted bytes. A lone lead byte in front of them, or in the
     // text behind, may have joined a new byte into one character, so the count of characters
@@ -103,6 +109,9 @@ void CRichEditCtrl::Replace(long start, long end, std::string_view rawText, bool
     UpdateScrollBars();
     Invalidate(FALSE);
     OnTextChanged(start, false);
+    if (CWnd* parent = GetParent())
+        parent->SendMessage(WM_COMMAND, MAKEWPARAM(static_cast<int>(GetDlgCtrlID()), EN_CHANGE),
+                            reinterpret_cast<LPARAM>(this));
 }
 
 void CRichEditCtrl::Record(Step step) {

@@ -1,10 +1,13 @@
 // CRichEditCtrl: a multi-line plain text edit control without a screen. It keeps the text as
 // paragraphs (a carriage return ends each but the last; CRLF when streamed out), the caret and
 // selection, undo and redo with a limit (typing grouped into one step), the modified flag, the
-// read-only state, options and tab stops. It lays the text out in display lines, wrapping by
-// pixel width when asked, and measures with the very font it is given, so a window that paints
-// the text itself with that font finds each character where the control puts the caret.
-// Positions count characters of the system code page (a double-byte character is one).
+// read-only state, options and tab stops. Each change of the text made through the control
+// (typing, replacing the selection, undo) is told to the parent window as WM_COMMAND with
+// EN_CHANGE, which the parent reflects back first (CWnd::OnChildNotify). It lays the text out in
+// display lines, wrapping by pixel width when asked, and measures with the very font it is given,
+// so a window that paints the text itself with that font finds each character where the control
+// puts the caret. Positions count characters of the system code page (a double-byte character is
+// one).
 #pragma once
 
 #include "platform/draw/dc.h"
@@ -146,6 +149,9 @@ private:
     std::string AllText(bool crlf) const;
     void EnsureStarts() const;
     void Invalidated(int fromPara) const;
+    // Brings the paragraph starts up to date after paragraphs first to last were replaced by as
+    // many new ones; falls back to Invalidated when the index was not complete.
+    void ShiftStarts(int first, int last);
     long ParaStart(int para) const;
     Location Locate(long charIndex) const;
     static int ByteOfChar(const std::string& text, int chars);

@@ -50,6 +50,29 @@ void CRichEditCtrl::EnsureStarts() const {
     m_validFrom = count + 1;
 }
 
+void CRichEditCtrl::ShiftStarts(int first, int last) {
+    const int count = static_cast<int>(m_paras.size());
+    if (m_validFrom <= count || static_cast<int>(m_starts.size()) != count + 1 || first < 0 ||
+        last >= count || first > last) {
+        Invalidated(first);
+        return;
+    }
+    // Typing changes one paragraph: its successors only move by the same amount, which is a
+    // pass over two flat arrays instead of one over every paragraph.
+    const long nextStart = m_starts[last + 1];
+    const int nextLine = m_firstLines[last + 1];
+    for (int i = first; i <= last; ++i) {
+        m_starts[i + 1] = m_starts[i] + m_paras[i].chars + 1;
+        m_firstLines[i + 1] = m_firstLines[i] + 1 + static_cast<int>(m_paras[i].wraps.size());
+    }
+    const long charShift = m_starts[last + 1] - nextStart;
+    const int lineShift = m_firstLines[last + 1] - nextLine;
+    for (int i = last + 2; i <= count && (charShift || lineShift); ++i) {
+        m_starts[i] += charShift;
+        m_firstLines[i] += lineShift;
+    }
+}
+
 long CRichEditCtrl::ParaStart(int para) const {
     EnsureStarts();
     return m_starts[std::clamp<int>(para, 0, static_cast<int>(m_paras.size()))];

@@ -10,6 +10,7 @@ struct KeyState {
 };
 KeyState g_keys[256];
 std::optional<std::string> g_clipboard;
+POINT g_cursor{0, 0};
 } // namespace
 
 SHORT GetKeyState(int virtualKey) {
@@ -25,6 +26,18 @@ SHORT GetAsyncKeyState(int virtualKey) {
 
 BOOL IsClipboardFormatAvailable(UINT format) {
     return format == CF_TEXT && g_clipboard.has_value() ? TRUE : FALSE;
+}
+
+BOOL GetCursorPos(LPPOINT point) {
+    if (!point)
+        return FALSE;
+    *point = g_cursor;
+    return TRUE;
+}
+
+BOOL SetCursorPos(int x, int y) {
+    g_cursor = POINT{x, y};
+    return TRUE;
 }
 
 namespace talvor::platform {

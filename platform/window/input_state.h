@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/core/win_types.h"
+#include "platform/draw/gdi_types.h"
 
 #include <string>
 
@@ -12,6 +13,10 @@ constexpr UINT CF_TEXT = 1;
 SHORT GetKeyState(int virtualKey);
 SHORT GetAsyncKeyState(int virtualKey);
 BOOL IsClipboardFormatAvailable(UINT format);
+// The mouse cursor in screen coordinates, as the host's input layer (or a test) last set it;
+// (0, 0) until then.
+BOOL GetCursorPos(LPPOINT point);
+BOOL SetCursorPos(int x, int y);
 
 namespace talvor::platform {
 void SetKeyDown(int virtualKey, bool down);

@@ -4,6 +4,7 @@
 #include "platform/window/wnd.h"
 
 #include <deque>
+#include <utility>
 
 namespace talvor::platform::window_detail {
 
@@ -55,8 +56,12 @@ int AfxPumpMessages() {
         }
         if (!msg.hwnd || !Living().count(msg.hwnd))
             continue;
-        if (msg.message == WM_PAINT)
+        if (msg.message == WM_PAINT) {
             msg.hwnd->m_paintQueued = false;
+            const bool posted = std::exchange(msg.hwnd->m_paintPosted, false);
+            if (!posted && msg.hwnd->m_update.IsRectEmpty())
+                continue; // painted meanwhile: nothing is left to paint
+        }
         if (msg.hwnd->PreTranslateMessage(&msg))
             continue;
         msg.hwnd->SendMessage(msg.message, msg.wParam, msg.lParam);

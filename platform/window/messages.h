@@ -49,6 +49,12 @@ constexpr UINT WM_PASTE = 0x0302;
 constexpr UINT WM_CLEAR = 0x0303;
 constexpr UINT WM_UNDO = 0x0304;
 constexpr UINT WM_USER = 0x0400;
+// A notification of a child window, reflected back to the child by its parent: the message
+// number plus this base.
+constexpr UINT WM_REFLECT_BASE = 0xBC00;
+
+// Notification codes in the high word of WM_COMMAND from an edit control.
+constexpr WORD EN_CHANGE = 0x0300;
 
 // Window styles.
 constexpr DWORD WS_CHILD = 0x40000000;

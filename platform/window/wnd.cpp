@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 using namespace talvor::platform::window_detail;
 
@@ -13,7 +14,8 @@ const CRuntimeClass CWnd::classCWnd =
 
 namespace {
 CWnd* g_focus = nullptr;
-}
+CWnd* g_locked = nullptr; // the window whose painting LockWindowUpdate holds back
+} // namespace
 
 CWnd::~CWnd() {
     if (m_hWnd) {
@@ -22,6 +24,8 @@ CWnd::~CWnd() {
         DropMessagesOf(this);
         if (g_focus == this)
             g_focus = nullptr;
+        if (g_locked == this)
+            g_locked = nullptr;
         m_hWnd = nullptr;
     }
 }
@@ -76,8 +80,11 @@ BOOL CWnd::DestroyWindow() {
     DropMessagesOf(this);
     if (g_focus == this)
         g_focus = nullptr;
+    if (g_locked == this)
+        g_locked = nullptr;
     m_timers.clear();
     m_paintQueued = false;
+    m_paintPosted = false;
     m_hWnd = nullptr;
     return TRUE;
 }
@@ -95,12 +102,20 @@ BOOL CWnd::PostMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     if (!m_hWnd)
         return FALSE;
     if (message == WM_PAINT) {
+        m_paintPosted = true;
         if (m_paintQueued)
             return TRUE;
         m_paintQueued = true;
     }
     Queue().push_back(MSG{this, message, wParam, lParam});
     return TRUE;
+}
+
+BOOL CWnd::OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result) {
+    const LRESULT answer = SendMessage(WM_REFLECT_BASE + message, wParam, lParam);
+    if (result)
+        *result = 0;
+    return answer != 0 ? TRUE : FALSE;
 }
 
 BOOL CWnd::PreTranslateMessage(MSG*) {
@@ -125,7 +140,19 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_DESTROY:
         OnDestroy();
         return 0;
+    case WM_COMMAND: {
+        auto* child = reinterpret_cast<CWnd*>(lParam);
+        LRESULT result = 0;
+        if (child && Living().count(child) && child->GetParent() == this &&
+            child->OnChildNotify(message, wParam, lParam, &result))
+            return result;
+        return DefWindowProc(message, wParam, lParam);
+    }
     case WM_PAINT:
+        if (g_locked == this) {
+            m_paintHeld = true;
+            return 0;
+        }
         OnPaint();
         return 0;
     case WM_SIZE:
@@ -343,7 +370,10 @@ void CWnd::InvalidateRect(LPCRECT rect, BOOL) {
     if (part.IsRectEmpty())
         return;
     m_update.UnionRect(&m_update, &part);
-    PostMessage(WM_PAINT);
+    if (!m_paintQueued) {
+        m_paintQueued = true;
+        Queue().push_back(MSG{this, WM_PAINT, 0, 0});
+    }
 }
 
 void CWnd::ValidateRect(LPCRECT rect) {
@@ -367,6 +397,25 @@ BOOL CWnd::GetUpdateRect(LPRECT rect, BOOL) const {
 void CWnd::UpdateWindow() {
     if (m_hWnd && !m_update.IsRectEmpty())
         SendMessage(WM_PAINT);
+}
+
+BOOL CWnd::LockWindowUpdate() {
+    if (!m_hWnd || (g_locked && g_locked != this))
+        return FALSE;
+    g_locked = this;
+    return TRUE;
+}
+
+void CWnd::UnlockWindowUpdate() {
+    if (g_locked != this)
+        return;
+    g_locked = nullptr;
+    if (std::exchange(m_paintHeld, false))
+        Invalidate(FALSE);
+}
+
+BOOL CWnd::IsUpdateLocked() const {
+    return g_locked == this ? TRUE : FALSE;
 }
 
 BOOL CWnd::RedrawWindow(LPCRECT rect, void*, UINT flags) {

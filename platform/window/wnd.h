@@ -50,7 +50,9 @@ public:
 
     // Dispatches at once through WindowProc; 0 for a window that does not exist.
     LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
-    // Queues the message; a WM_PAINT already queued for the window is not queued twice.
+    // Queues the message; a WM_PAINT already queued for the window is not queued twice. A
+    // posted WM_PAINT is always handled; one queued by invalidation only while part of the
+    // window is still invalid.
     // FALSE for a window that does not exist.
     BOOL PostMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 
@@ -85,6 +87,12 @@ public:
     BOOL GetUpdateRect(LPRECT rect, BOOL erase = FALSE) const;
     // Sends WM_PAINT now when part of the window is invalid.
     void UpdateWindow();
+    // Holds back the window's painting until UnlockWindowUpdate, which then asks for one paint
+    // of the whole window if any was held back. One window at a time: FALSE when another window
+    // is locked.
+    BOOL LockWindowUpdate();
+    void UnlockWindowUpdate();
+    BOOL IsUpdateLocked() const;
     BOOL RedrawWindow(LPCRECT rect = nullptr, void* region = nullptr,
                       UINT flags = RDW_INVALIDATE | RDW_UPDATENOW | RDW_ERASE);
 
@@ -120,6 +128,10 @@ public:
 
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     virtual BOOL PreTranslateMessage(MSG* msg);
+    // A child's notification (WM_COMMAND with the child as lParam) reaches the child first: it
+    // gets the message reflected, WM_REFLECT_BASE + message, and when it handles that (a
+    // non-zero answer) the parent sees nothing of it.
+    virtual BOOL OnChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
 
 protected:
     virtual BOOL PreCreateWindow(CREATESTRUCT& cs);
@@ -172,6 +184,10 @@ private:
     DWORD m_dwExStyle = 0;
     CRect m_update; // client coordinates; empty when valid
     bool m_paintQueued = false;
+    // A paint was posted as a message; one that only invalidation asked for is dropped when the
+    // window has been painted (and so validated) before its turn comes.
+    bool m_paintPosted = false;
+    bool m_paintHeld = false; // a paint came while the window was locked
     ScrollBarState m_bars[2];
     std::map<UINT_PTR, Timer> m_timers;
     CBitmap m_surface;

@@ -13,6 +13,7 @@
 #include FT_TRUETYPE_TABLES_H
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstring>
 #include <map>
@@ -150,6 +151,15 @@ int RequestedWeight(const LOGFONT& logFont) {
 
 } // namespace
 
+namespace {
+// Coverage bytes of all faces. Past the budget a new face first lets go of the faces nobody
+// uses; within a face, past its own budget, drawing a glyph drops the ink of the others, which
+// are rendered again when next drawn.
+std::atomic<std::size_t> g_inkBytes{0};
+constexpr std::size_t InkBudget = 256u << 20;
+constexpr std::size_t FaceInkBudget = 64u << 20;
+} // namespace
+
 std::shared_ptr<FontFace> FontFace::ForLogFont(const LOGFONT& logFont) {
     using Key = std::tuple<std::string, LONG, int, bool, BYTE>;
     static std::mutex lock;
@@ -161,7 +171,7 @@ std::shared_ptr<FontFace> FontFace::ForLogFont(const LOGFONT& logFont) {
     std::lock_guard<std::mutex> guard(lock);
     if (auto found = faces.find(key); found != faces.end())
         return found->second;
-    if (faces.size() >= 512) { // keep the registry bounded; faces in use stay
+    if (faces.size() >= 512 || g_inkBytes > InkBudget) { // faces in use stay
         for (auto it = faces.begin(); it != faces.end();)
             it = it->second.use_count() == 1 ? faces.erase(it) : std::next(it);
     }
@@ -172,6 +182,7 @@ std::shared_ptr<FontFace> FontFace::ForLogFont(const LOGFONT& logFont) {
 }
 
 FontFace::~FontFace() {
+    g_inkBytes -= m_inkBytes;
     for (FallbackFace& fallback : m_fallbacks)
         if (fallback.face)
             FT_Done_Face(static_cast<FT_Face>(fallback.face));
@@ -273,7 +284,11 @@ void FontFace::Open(const LOGFONT& logFont) {
 }
 
 void FontFace::Render(void* faceHandle, unsigned glyphIndex, bool embolden, bool oblique,
-                      Glyph& glyph) const {
+                      Glyph& glyph, bool ink) const {
+    glyph.source = faceHandle;
+    glyph.index = glyphIndex;
+    glyph.embolden = embolden;
+    glyph.oblique = oblique;
     FT_Face face = static_cast<FT_Face>(faceHandle);
     if (FT_Load_Glyph(face, glyphIndex, FT_LOAD_TARGET_LIGHT | FT_LOAD_NO_BITMAP) != 0)
         return;
@@ -286,6 +301,9 @@ void FontFace::Render(void* faceHandle, unsigned glyphIndex, bool embolden, bool
     }
     glyph.advance =
         static_cast<int>((slot->advance.x + 32) >> 6) + (embolden ? m_emboldenStrength / 64 : 0);
+    if (!ink)
+        return;
+    glyph.inked = true;
     if (FT_Render_Glyph(slot, FT_RENDER_MODE_LIGHT) != 0 ||
         slot->bitmap.pixel_mode != FT_PIXEL_MODE_GRAY)
         return;
@@ -369,15 +387,37 @@ const Glyph& FontFace::Load(char32_t codePoint) {
         if (fallback)
             Render(fallback->face,
                    FT_Get_Char_Index(static_cast<FT_Face>(fallback->face), codePoint),
-                   fallback->embolden, fallback->oblique, *glyph);
+                   fallback->embolden, fallback->oblique, *glyph, false);
         else
-            Render(face, index, m_emboldenSynthetic, m_obliqueSynthetic, *glyph);
+            Render(face, index, m_emboldenSynthetic, m_obliqueSynthetic, *glyph, false);
     }
     const Glyph& result = *glyph;
     if (codePoint < 128)
         m_ascii[codePoint] = glyph.get();
     m_glyphs.emplace(codePoint, std::move(glyph));
     return result;
+}
+
+const Glyph& FontFace::Inked(const Glyph& glyph) {
+    if (glyph.inked || !glyph.source)
+        return glyph;
+    // Every glyph handed out lives in m_glyphs, which holds it as a non-const object.
+    Glyph& owned = const_cast<Glyph&>(glyph);
+    if (m_inkBytes > FaceInkBudget) {
+        for (auto& [codePoint, other] : m_glyphs) {
+            if (!other->inked)
+                continue;
+            other->inked = false;
+            std::vector<std::uint8_t>().swap(other->coverage);
+        }
+        g_inkBytes -= m_inkBytes;
+        m_inkBytes = 0;
+    }
+    Render(owned.source, owned.index, owned.embolden, owned.oblique, owned, true);
+    owned.inked = true;
+    m_inkBytes += owned.coverage.size();
+    g_inkBytes += owned.coverage.size();
+    return glyph;
 }
 
 void DecodeText(const char* text, int length, std::vector<char32_t>& codePoints,

@@ -15,8 +15,9 @@
 
 namespace talvor::platform::draw_detail {
 
-// A rendered glyph: 8-bit coverage, its offset from the pen position on the baseline, and the
-// whole-pixel advance that measuring and drawing both use.
+// A glyph: the whole-pixel advance that measuring and drawing both use and, once it is drawn
+// (FontFace::Inked), its 8-bit coverage with its offset from the pen position on the baseline.
+// Measuring alone renders nothing, so a huge font costs no memory until its glyphs are drawn.
 struct Glyph {
     int advance = 0;
     int left = 0; // from the pen position to the first column
@@ -24,6 +25,13 @@ struct Glyph {
     int width = 0;
     int rows = 0;
     std::vector<std::uint8_t> coverage; // rows * width, 0 background .. 255 ink
+
+    // Where the ink comes from: the FreeType face and glyph, with the synthetic styles.
+    void* source = nullptr;
+    unsigned index = 0;
+    bool embolden = false;
+    bool oblique = false;
+    bool inked = false;
 };
 
 struct FaceMetrics {
@@ -65,6 +73,8 @@ public:
             return *m_ascii[codePoint];
         return Load(codePoint);
     }
+    // The same glyph with its coverage, rendered on first use.
+    const Glyph& Inked(const Glyph& glyph);
 
 private:
     // Another installed face that holds a character this one lacks, at the same size.
@@ -80,7 +90,9 @@ private:
     void Open(const LOGFONT& logFont);
     const Glyph& Load(char32_t codePoint);
     const FallbackFace* FallbackFor(char32_t codePoint);
-    void Render(void* face, unsigned glyphIndex, bool embolden, bool oblique, Glyph& glyph) const;
+    // Loads the glyph for its advance and, with ink, renders its coverage.
+    void Render(void* face, unsigned glyphIndex, bool embolden, bool oblique, Glyph& glyph,
+                bool ink) const;
 
     void* m_face = nullptr; // FT_Face
     std::string m_family;
@@ -95,6 +107,7 @@ private:
     FaceMetrics m_metrics;
     const Glyph* m_ascii[128] = {};
     std::unordered_map<char32_t, std::unique_ptr<Glyph>> m_glyphs;
+    std::size_t m_inkBytes = 0; // coverage held by m_glyphs
 };
 
 // The characters of 8-bit text in the system code page, as code points, with the byte length
