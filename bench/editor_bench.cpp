@@ -1,13 +1,16 @@
 // The editor's hot paths: a full paint of a 1920x1080 view after a jump to the end of a long
-// Basic file and while scrolling back page by page (10,000 against 1,000,000 lines in the same
-// run: paint time must not grow with the file), typing one character in the middle of 100,000
-// lines with its repaint, and loading a 50 MB file.
+// Basic file (with and without idle time before it, and the idle work itself) and while
+// scrolling back page by page (10,000 against 1,000,000 lines in the same run: paint time must
+// not grow with the file), typing one character in the middle of 100,000 lines with its
+// repaint, and loading a 50 MB file.
 #include "editor/syntax_edit.h"
 #include "platform/files/file_system.h"
 #include "platform/window/wnd.h"
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -61,8 +64,15 @@ std::unique_ptr<CTalvorSyntaxEdit> MakeEditor(int lines, int width = 1920, int h
     return edit;
 }
 
-// The first paint after a jump to the end: it works out the cookies of every line above once.
-void BM_PaintAfterJumpToEnd(benchmark::State& state) {
+// Idle rounds, as a host's loop gives them while its queue is empty, until no window wants more.
+void RunIdle() {
+    for (LONG round = 0; AfxIdle(round); ++round) {
+    }
+}
+
+// The text shown from its top with its cookies forgotten, then a jump to the end; idleFirst
+// gives the editor its idle time in between, as a user's pause would.
+void PaintAfterJumpToEnd(benchmark::State& state, bool idleFirst) {
     const int lines = static_cast<int>(state.range(0));
     auto edit = MakeEditor(lines);
     for (auto _ : state) {
@@ -70,20 +80,64 @@ void BM_PaintAfterJumpToEnd(benchmark::State& state) {
         edit->ResetParseCookie();
         edit->GotoLine(1);
         AfxPumpMessages();
+        if (idleFirst)
+            RunIdle();
         edit->GotoLine(lines);
         state.ResumeTiming();
-        // The paint the jump queued, sent at once: nothing above the view is known yet.
+        // The paint the jump queued, sent at once.
         edit->SendMessage(WM_PAINT);
         state.PauseTiming();
         AfxPumpMessages();
         state.ResumeTiming();
     }
 }
+
+// The first paint after a jump to the end, the idle work having known the cookies above it.
+void BM_PaintAfterJumpToEnd(benchmark::State& state) {
+    PaintAfterJumpToEnd(state, true);
+}
 BENCHMARK(BM_PaintAfterJumpToEnd)
     ->Arg(10000)
     ->Arg(1000000)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(5);
+
+// The same jump with no idle time before it: the paint works out every cookie above the view.
+void BM_PaintAfterJumpToEndWithoutIdleTime(benchmark::State& state) {
+    PaintAfterJumpToEnd(state, false);
+}
+BENCHMARK(BM_PaintAfterJumpToEndWithoutIdleTime)
+    ->Arg(10000)
+    ->Arg(1000000)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+
+// The whole idle work after the top of a text was shown: the cookies of every line below it,
+// and the longest single round (how long the host's loop is kept from its next message).
+void BM_IdleCookieWork(benchmark::State& state) {
+    const int lines = static_cast<int>(state.range(0));
+    auto edit = MakeEditor(lines);
+    double longest = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        edit->ResetParseCookie();
+        edit->GotoLine(1);
+        AfxPumpMessages();
+        state.ResumeTiming();
+        for (LONG round = 0;; ++round) {
+            const auto start = std::chrono::steady_clock::now();
+            const BOOL more = AfxIdle(round);
+            const std::chrono::duration<double, std::milli> took =
+                std::chrono::steady_clock::now() - start;
+            longest = std::max(longest, took.count());
+            if (!more)
+                break;
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * lines);
+    state.counters["longest_round_ms"] = longest;
+}
+BENCHMARK(BM_IdleCookieWork)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 // Each paint while scrolling back from the end by one page: the cost of a full view.
 void BM_PaintScrollingByPage(benchmark::State& state) {

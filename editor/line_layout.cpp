@@ -37,6 +37,7 @@ unsigned long CTalvorSyntaxEdit::GetParseCookie(int nLine) {
         m_pParseCookie =
             std::make_unique<unsigned long[]>(static_cast<std::size_t>(m_nCookieCount));
         std::fill_n(m_pParseCookie.get(), m_nCookieCount, UnknownCookie);
+        m_nKnownCookiesBelow = 0;
     }
     if (nLine < 0 || nLine >= m_nCookieCount)
         return 0;
@@ -71,12 +72,14 @@ void CTalvorSyntaxEdit::ResetParseCookie() {
     m_nHScrollPos = 0;
     m_pParseCookie.reset();
     m_pPaintBitmap.reset();
+    m_nKnownCookiesBelow = 0;
 }
 
 void CTalvorSyntaxEdit::SetParseCookieZeroFromGivenLine(int nLine) {
     if (!m_pParseCookie || nLine < 0 || nLine >= m_nCookieCount)
         return;
     std::fill(m_pParseCookie.get() + nLine, m_pParseCookie.get() + m_nCookieCount, UnknownCookie);
+    m_nKnownCookiesBelow = std::min(m_nKnownCookiesBelow, nLine);
 }
 
 void CTalvorSyntaxEdit::ResynchroniseCookies() {
@@ -94,10 +97,37 @@ void CTalvorSyntaxEdit::ResynchroniseCookies() {
     keep = std::min(keep, oldCount);
     auto fresh = std::make_unique<unsigned long[]>(static_cast<std::size_t>(newCount));
     std::fill_n(fresh.get(), newCount, UnknownCookie);
-    if (caret > 0)
-        std::copy_n(m_pParseCookie.get(), std::min(keep, newCount), fresh.get());
+    const int kept = caret > 0 ? std::min(keep, newCount) : 0;
+    std::copy_n(m_pParseCookie.get(), kept, fresh.get());
     m_pParseCookie = std::move(fresh);
     m_nCookieCount = newCount;
+    m_nKnownCookiesBelow = std::min(m_nKnownCookiesBelow, kept);
+}
+
+BOOL CTalvorSyntaxEdit::OnIdle(LONG) {
+    return WorkOutCookiesAhead() ? TRUE : FALSE;
+}
+
+bool CTalvorSyntaxEdit::WorkOutCookiesAhead() {
+    // About 2 ms of parsing: the host's loop stays quick to answer its next message.
+    constexpr int Slice = 8192;
+    if (!m_pParseCookie || m_nCookieCount != m_nLineCount || m_nLineCount != GetLineCount())
+        return false;
+    const unsigned long* entries = m_pParseCookie.get();
+    int first = std::max(0, m_nKnownCookiesBelow);
+    while (first < m_nCookieCount && entries[first] != UnknownCookie)
+        ++first;
+    m_nKnownCookiesBelow = first;
+    if (first >= m_nCookieCount)
+        return false;
+    // The last line of this run of unknown ones: the walk from it back reaches just to first.
+    const int end = std::min(m_nCookieCount, first + Slice);
+    int last = first;
+    while (last + 1 < end && entries[last + 1] == UnknownCookie)
+        ++last;
+    GetParseCookie(last);
+    m_nKnownCookiesBelow = last + 1;
+    return m_nKnownCookiesBelow < m_nCookieCount;
 }
 
 int CTalvorSyntaxEdit::GetLinesTop(int nLine) {

@@ -107,6 +107,8 @@ void CTalvorSyntaxEdit::OnPaint() {
     dc.BitBlt(m_rcClient.left, m_rcClient.top, m_rcClient.Width(), m_rcClient.Height(), &memDC, 0,
               0, SRCCOPY);
     memDC.SelectObject(oldBitmap);
+    // The lines not painted get their cookies in idle time, so a later jump down is quick.
+    RequestIdle();
     if (m_bRepaintAfterSize) {
         // Cleared first: the paint that UpdateWindow sends comes back here.
         m_bRepaintAfterSize = 0;

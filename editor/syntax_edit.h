@@ -195,6 +195,8 @@ protected:
     void OnPaint() override;
     void OnHScroll(UINT nSBCode, UINT nPos, CScrollBar* pScrollBar) override;
     void OnVScroll(UINT nSBCode, UINT nPos, CScrollBar* pScrollBar) override;
+    // Idle time works out the cookies no paint has needed yet, a slice of lines at a time.
+    BOOL OnIdle(LONG lCount) override;
 
     void DrawSingleLineColorText(CDC* pDC, int nLine, CRect rc);
     void JudgeInSeletioAndDrawText(CDC* pDC, CRect& rc, CString& str, COLORREF clrBk,
@@ -257,6 +259,10 @@ private:
     // The cookie a line starts with, from the cookie at the end of the line above.
     unsigned long CarriedCookie(unsigned long cookieAbove, int hardEndAbove);
     void ResynchroniseCookies();
+    // One slice of the idle work: the cookies of the first run of unknown lines, at most a
+    // slice long. False when none is left, or while a change waits for the paint that brings
+    // the cache in step (that paint asks for idle time again).
+    bool WorkOutCookiesAhead();
     void DrawTabMark(CDC* pDC, int x, const CRect& rc);
     // The frames of the text commands.
     void LineCommand(const std::function<void(long, std::string_view)>& step);
@@ -269,4 +275,7 @@ private:
     CFont m_paintFont;
     LOGFONT m_paintFontSource{};
     std::vector<COLORINFO> m_runs;
+    // No cookie above this line is unknown: where the idle work looks for the next unknown one.
+    // Everything that forgets cookies moves it up.
+    int m_nKnownCookiesBelow = 0;
 };

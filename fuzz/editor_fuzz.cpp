@@ -1,7 +1,7 @@
 // Drives the editor with random keys, mouse clicks, scrolling, commands, the context menu, file
-// insertion and loading and font changes over random text, and checks after each step that the
-// selection lies within the text and that the cookies of the painted lines agree with a parse of
-// the whole text.
+// insertion and loading, font changes and idle time over random text, and checks after each
+// step that the selection lies within the text and that the cookies of the painted lines agree
+// with a parse of the whole text.
 #include "editor/syntax_edit.h"
 #include "host/bars/command_bars.h"
 #include "platform/app/message_box.h"
@@ -184,7 +184,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             }
             break;
         default:
+            // A pause of the user's: the host's loop gives idle time.
             AfxPumpMessages();
+            AfxIdle(a);
             break;
         }
         AfxPumpMessages();

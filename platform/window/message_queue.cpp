@@ -3,6 +3,7 @@
 #include "platform/window/detail/window_registry.h"
 #include "platform/window/wnd.h"
 
+#include <algorithm>
 #include <deque>
 #include <utility>
 
@@ -11,6 +12,7 @@ namespace talvor::platform::window_detail {
 namespace {
 struct QueueState {
     std::deque<MSG> queue;
+    std::vector<CWnd*> idleWaiting;
     std::set<const CWnd*> living;
     bool quit = false;
     unsigned long long clock = 0;
@@ -27,6 +29,9 @@ std::set<const CWnd*>& Living() {
 std::deque<MSG>& Queue() {
     return State().queue;
 }
+std::vector<CWnd*>& IdleWaiting() {
+    return State().idleWaiting;
+}
 unsigned long long& Clock() {
     return State().clock;
 }
@@ -37,6 +42,7 @@ bool& Quit() {
 void DropMessagesOf(const CWnd* wnd) {
     auto& queue = Queue();
     std::erase_if(queue, [wnd](const MSG& m) { return m.hwnd == wnd; });
+    std::erase(IdleWaiting(), wnd);
 }
 
 } // namespace talvor::platform::window_detail
@@ -67,6 +73,19 @@ int AfxPumpMessages() {
         msg.hwnd->SendMessage(msg.message, msg.wParam, msg.lParam);
     }
     return handled;
+}
+
+BOOL AfxIdle(LONG count) {
+    // A copy: OnIdle may create or destroy windows, or ask again.
+    const std::vector<CWnd*> waiting = IdleWaiting();
+    for (CWnd* wnd : waiting) {
+        if (!Living().count(wnd) ||
+            std::find(IdleWaiting().begin(), IdleWaiting().end(), wnd) == IdleWaiting().end())
+            continue; // gone, or gone and made again, meanwhile
+        if (!wnd->OnIdle(count))
+            std::erase(IdleWaiting(), wnd);
+    }
+    return IdleWaiting().empty() ? FALSE : TRUE;
 }
 
 void PostQuitMessage(int exitCode) {

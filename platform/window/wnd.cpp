@@ -276,6 +276,16 @@ void CWnd::OnRButtonDown(UINT, CPoint) {
     Default();
 }
 
+BOOL CWnd::OnIdle(LONG) {
+    return FALSE;
+}
+
+void CWnd::RequestIdle() {
+    auto& waiting = IdleWaiting();
+    if (m_hWnd && std::find(waiting.begin(), waiting.end(), this) == waiting.end())
+        waiting.push_back(this);
+}
+
 void CWnd::SetWindowText(LPCTSTR text) {
     if (m_hWnd)
         SendMessage(WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text ? text : ""));

@@ -118,6 +118,10 @@ public:
     UINT_PTR SetTimer(UINT_PTR id, UINT elapse, void* callback = nullptr);
     BOOL KillTimer(UINT_PTR id);
 
+    // Idle time: a window with work it can do in pieces asks for it, and gets OnIdle once per
+    // AfxIdle round until it answers FALSE. Asking again while it is waiting changes nothing.
+    void RequestIdle();
+
     // The raster of the last paint (client size; empty before the first paint).
     const CBitmap& GetLastPaintedRaster() const { return m_surface; }
     // The raster a paint context draws into, made at client size when missing.
@@ -157,6 +161,9 @@ protected:
     virtual void OnLButtonDblClk(UINT flags, CPoint point);
     virtual void OnMouseMove(UINT flags, CPoint point);
     virtual void OnRButtonDown(UINT flags, CPoint point);
+    // One piece of idle work; TRUE when more is left. count is that of the AfxIdle round. The
+    // default has none.
+    virtual BOOL OnIdle(LONG count);
 
     CString m_strWindowText;
     RECT m_rect{};
@@ -165,6 +172,7 @@ protected:
 private:
     friend class CPaintDC;
     friend int AfxPumpMessages();
+    friend BOOL AfxIdle(LONG count);
     struct ScrollBarState {
         SCROLLINFO info;
         bool visible = false;
@@ -197,6 +205,11 @@ private:
 // Drains the queue, messages posted meanwhile included, and returns how many were handled;
 // stops after a WM_QUIT (PostQuitMessage) or a million messages, whichever comes first.
 int AfxPumpMessages();
+// One round of idle time, for the host's loop to call while its queue is empty (count 0 on the
+// first round after a message, then counting up): OnIdle of each living window that asked, in
+// the order they asked. A window that answers FALSE is done until it asks again. TRUE while some
+// window has more to do.
+BOOL AfxIdle(LONG count);
 // Queues WM_QUIT; the next AfxPumpMessages stops at it.
 void PostQuitMessage(int exitCode);
 // Whether a WM_QUIT was handled since the last ResetQuit.

@@ -4,6 +4,7 @@
 
 #include "syntax/document_colourer.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <unistd.h>
 
@@ -184,6 +185,72 @@ void ExpectCacheMatchesFullParse(TestEdit& edit) {
         if (edit.m_pParseCookie[k] != 0xFFFFFFFFu)
             EXPECT_EQ(edit.m_pParseCookie[k], end) << k;
     }
+}
+
+int UnknownCookies(const TestEdit& edit) {
+    return static_cast<int>(std::count(
+        edit.m_pParseCookie.get(), edit.m_pParseCookie.get() + edit.m_nCookieCount, 0xFFFFFFFFu));
+}
+
+// Idle rounds until the editor wants no more; how many rounds it took.
+int RunIdle() {
+    LONG round = 0;
+    while (AfxIdle(round))
+        ++round;
+    return static_cast<int>(round) + 1;
+}
+
+TEST_F(Lines, IdleTimeWorksOutTheCookiesNoPaintNeededYet) {
+    Create(400, 40);
+    edit.SelectLanguage(8);
+    // Block comments and strings across many lines, so a wrong start cookie shows.
+    std::string text;
+    for (int i = 0; i < 20000; ++i) {
+        if (i % 997 == 3)
+            text += "/* opens here\r\n";
+        else if (i % 997 == 40)
+            text += "closes */ int x" + std::to_string(i) + " = \"s\";\r\n";
+        else
+            text += "a" + std::to_string(i) + " = b; // note\r\n";
+    }
+    SetText(text);
+    edit.SetSel(0, 0);
+    Paint();
+    ASSERT_GT(UnknownCookies(edit), 19000) << "a paint of the top knows only the top";
+    EXPECT_GE(RunIdle(), 3) << "the work comes in slices, not in one long round";
+    EXPECT_EQ(UnknownCookies(edit), 0);
+    ExpectCacheMatchesFullParse(edit);
+    EXPECT_EQ(edit.m_pParseCookie[1020] & 0x04, 0x04u) << "inside the second comment";
+    EXPECT_EQ(edit.m_pParseCookie[1100] & 0x04, 0u) << "behind it";
+
+    // A comment opened near the top: the change forgets the cookies below it, the paint
+    // brings back the visible ones, idle time the rest, now inside the new comment.
+    edit.SetSel(edit.LineIndex(1), edit.LineIndex(1));
+    edit.ReplaceSel("/*", TRUE);
+    Paint();
+    EXPECT_GT(UnknownCookies(edit), 19000);
+    RunIdle();
+    EXPECT_EQ(UnknownCookies(edit), 0);
+    ExpectCacheMatchesFullParse(edit);
+    EXPECT_EQ(edit.m_pParseCookie[2] & 0x04, 0x04u);
+
+    // New lines wait for the paint that brings the cache in step; idle time does nothing
+    // before it.
+    edit.SetSel(edit.LineIndex(1), edit.LineIndex(1));
+    edit.ReplaceSel("x;\r\ny;\r\n", TRUE);
+    EXPECT_FALSE(AfxIdle(0));
+    EXPECT_EQ(edit.m_nCookieCount, 20001) << "untouched until the paint";
+    Paint();
+    EXPECT_EQ(edit.m_nCookieCount, 20003);
+    RunIdle();
+    EXPECT_EQ(UnknownCookies(edit), 0);
+    ExpectCacheMatchesFullParse(edit);
+
+    // A jump to the end after idle time finds the cookies above the view known.
+    edit.GotoLine(20003);
+    Paint();
+    EXPECT_EQ(UnknownCookies(edit), 0);
+    ExpectCacheMatchesFullParse(edit);
 }
 
 // Found by the fuzz target: a change above the view left the cookies below it as they were.

@@ -1,5 +1,5 @@
 // The headless window model: dispatch, queue, paint coalescing, focus, scroll bars, timers,
-// key state and clipboard.
+// idle time, key state and clipboard.
 #include "platform/window/input_state.h"
 #include "platform/window/wnd.h"
 
@@ -139,6 +139,60 @@ TEST(Window, QuitStopsThePump) {
     EXPECT_EQ(AfxQueuedMessageCount(), 1) << "what came behind the quit waits";
     AfxResetQuit();
     AfxPumpMessages();
+}
+
+// A window with a number of idle pieces to do, which records each round it is given.
+class IdleWorker : public CWnd {
+public:
+    int piecesLeft = 0;
+    std::vector<LONG> rounds;
+    CWnd* destroyOnIdle = nullptr;
+
+protected:
+    BOOL OnIdle(LONG count) override {
+        rounds.push_back(count);
+        if (destroyOnIdle)
+            destroyOnIdle->DestroyWindow();
+        return --piecesLeft > 0 ? TRUE : FALSE;
+    }
+};
+
+TEST(Window, IdleRoundsGoToTheWindowsThatAskedUntilTheyAreDone) {
+    IdleWorker a, b, never;
+    ASSERT_TRUE(a.Create(nullptr, nullptr, 0, RECT{0, 0, 5, 5}, nullptr, 1));
+    ASSERT_TRUE(b.Create(nullptr, nullptr, 0, RECT{0, 0, 5, 5}, nullptr, 2));
+    ASSERT_TRUE(never.Create(nullptr, nullptr, 0, RECT{0, 0, 5, 5}, nullptr, 3));
+    EXPECT_FALSE(AfxIdle(0)) << "nobody asked";
+    a.piecesLeft = 3;
+    b.piecesLeft = 1;
+    a.RequestIdle();
+    a.RequestIdle(); // asking twice is asking once
+    b.RequestIdle();
+    LONG round = 0;
+    while (AfxIdle(round))
+        ++round;
+    EXPECT_EQ(round, 2) << "a had three pieces";
+    EXPECT_EQ(a.rounds, (std::vector<LONG>{0, 1, 2}));
+    EXPECT_EQ(b.rounds, (std::vector<LONG>{0}));
+    EXPECT_TRUE(never.rounds.empty());
+    EXPECT_FALSE(AfxIdle(0)) << "done until asked again";
+    EXPECT_EQ(a.rounds.size(), 3u);
+
+    // A window destroyed while it waits is never called, also when another destroys it
+    // during the same round; one not yet created cannot ask.
+    IdleWorker killer, victim, unborn;
+    ASSERT_TRUE(killer.Create(nullptr, nullptr, 0, RECT{0, 0, 5, 5}, nullptr, 4));
+    ASSERT_TRUE(victim.Create(nullptr, nullptr, 0, RECT{0, 0, 5, 5}, nullptr, 5));
+    killer.piecesLeft = 1;
+    victim.piecesLeft = 5;
+    killer.destroyOnIdle = &victim;
+    killer.RequestIdle();
+    victim.RequestIdle();
+    unborn.RequestIdle();
+    EXPECT_FALSE(AfxIdle(0));
+    EXPECT_EQ(killer.rounds.size(), 1u);
+    EXPECT_TRUE(victim.rounds.empty());
+    EXPECT_TRUE(unborn.rounds.empty());
 }
 
 TEST(InputState, KeysAndClipboard) {
