@@ -14,10 +14,10 @@ int CTalvorSyntaxEdit::GetLineString(int nLine, CString& str) {
     str.Empty();
     if (nLine < 0 || nLine >= m_nLineCount)
         return 1;
-    str = GetLineText(nLine);
+    AppendLineText(nLine, str);
     int hardEnd = 0;
     if (!str.IsEmpty() && str[str.GetLength() - 1] == '\r') {
-        str = str.Left(str.GetLength() - 1);
+        str.Truncate(str.GetLength() - 1);
         hardEnd = 1;
     }
     // Every line ends in a blank that is not in the text: words at the line's end are closed

@@ -120,8 +120,20 @@ int CRichEditCtrl::LineOfLocation(Location loc) const {
 void CRichEditCtrl::LineSpan(int line, int& para, int& first, int& last) const {
     EnsureStarts();
     line = std::clamp(line, 0, GetLineCount() - 1);
-    const auto it = std::upper_bound(m_firstLines.begin(), m_firstLines.end() - 1, line);
-    para = static_cast<int>(it - m_firstLines.begin()) - 1;
+    // The paragraph of the last lookup or the one behind it, before searching them all.
+    const int count = static_cast<int>(m_paras.size());
+    const auto holds = [&](int p) {
+        return p >= 0 && p < count && m_firstLines[p] <= line && line < m_firstLines[p + 1];
+    };
+    if (holds(m_spanPara)) {
+        para = m_spanPara;
+    } else if (holds(m_spanPara + 1)) {
+        para = m_spanPara + 1;
+    } else {
+        const auto it = std::upper_bound(m_firstLines.begin(), m_firstLines.end() - 1, line);
+        para = static_cast<int>(it - m_firstLines.begin()) - 1;
+    }
+    m_spanPara = para;
     const auto& wraps = m_paras[para].wraps;
     const int k = line - m_firstLines[para];
     first = k == 0 ? 0 : wraps[k - 1];
@@ -152,18 +164,23 @@ int CRichEditCtrl::LineLength(int charIndex) const {
 }
 
 CString CRichEditCtrl::GetLineText(int line) const {
+    CString text;
+    AppendLineText(line, text);
+    return text;
+}
+
+void CRichEditCtrl::AppendLineText(int line, CString& text) const {
     if (line < 0 || line >= GetLineCount())
-        return CString();
+        return;
     int para, first, last;
     LineSpan(line, para, first, last);
-    const std::string& text = m_paras[para].text;
-    const int from = ByteOfChar(text, first);
-    const int to =
-        last == m_paras[para].chars ? static_cast<int>(text.size()) : ByteOfChar(text, last);
-    std::string out(text, from, to - from);
-    if (last == m_paras[para].chars && para + 1 < static_cast<int>(m_paras.size()))
-        out.push_back('\r');
-    return CString(std::string_view(out));
+    const std::string& source = m_paras[para].text;
+    const bool paraEnd = last == m_paras[para].chars;
+    const int from = ByteOfChar(source, first);
+    const int to = paraEnd ? static_cast<int>(source.size()) : ByteOfChar(source, last);
+    text.Append(source.data() + from, to - from);
+    if (paraEnd && para + 1 < static_cast<int>(m_paras.size()))
+        text.AppendChar('\r');
 }
 
 int CRichEditCtrl::GetLine(int line, LPTSTR buffer, int maxLength) const {

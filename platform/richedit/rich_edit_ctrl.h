@@ -39,6 +39,8 @@ public:
     int GetLine(int line, LPTSTR buffer, int maxLength) const;
     // The line's text as GetLine gives it, in full.
     CString GetLineText(int line) const;
+    // The same appended to text, so a caller walking many lines keeps one buffer.
+    void AppendLineText(int line, CString& text) const;
     int GetFirstVisibleLine() const { return m_firstVisible; }
     // Scrolls by lines (clamped to the text) and pixels sideways.
     void LineScroll(int lines, int chars = 0);
@@ -190,6 +192,7 @@ private:
     mutable std::vector<long> m_starts;    // first character of each paragraph
     mutable std::vector<int> m_firstLines; // first display line of each paragraph
     mutable int m_validFrom = 0;           // entries below this are right
+    mutable int m_spanPara = 0; // paragraph of the last line looked up: walks go line by line
     long m_selAnchor = 0, m_selActive = 0;
     bool m_hideSelection = false;
     int m_firstVisible = 0;

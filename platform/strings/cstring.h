@@ -24,6 +24,11 @@ public:
     int GetLength() const { return static_cast<int>(m_text.size()); }
     bool IsEmpty() const { return m_text.empty(); }
     void Empty() { m_text.clear(); }
+    // Keeps the first newLength bytes; a length outside the text changes nothing.
+    void Truncate(int newLength) {
+        if (newLength >= 0 && newLength < GetLength())
+            m_text.resize(static_cast<std::size_t>(newLength));
+    }
     // A position outside the text gives 0 instead of reading past it.
     char GetAt(int index) const;
     char operator[](int index) const { return GetAt(index); }

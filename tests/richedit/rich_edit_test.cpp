@@ -46,6 +46,30 @@ protected:
     CFont font;
 };
 
+TEST_F(RichEdit, LinesLookedUpInAnyOrderAgreeAlsoAfterParagraphsGo) {
+    std::string text;
+    for (int i = 0; i < 50; ++i)
+        text += "line " + std::to_string(i) + "\r\n";
+    edit.SetWindowText(text.c_str());
+    for (int line : {0, 1, 2, 49, 48, 17, 18, 3, 50}) {
+        const std::string expected = line == 50 ? "" : "line " + std::to_string(line) + "\r";
+        EXPECT_EQ(edit.GetLineText(line), CString(expected.c_str())) << line;
+    }
+    CString buffer("kept:");
+    edit.AppendLineText(7, buffer);
+    edit.AppendLineText(99, buffer); // beyond the text: nothing
+    EXPECT_EQ(buffer, CString("kept:line 7\r"));
+
+    // The last lookup was far down; those paragraphs go, and lookups still find the right ones.
+    edit.GetLineText(45);
+    edit.SetSel(edit.LineIndex(10), edit.LineIndex(48));
+    edit.ReplaceSel("");
+    EXPECT_EQ(edit.GetLineCount(), 13);
+    EXPECT_EQ(edit.GetLineText(10), CString("line 48\r"));
+    EXPECT_EQ(edit.GetLineText(11), CString("line 49\r"));
+    EXPECT_EQ(edit.GetLineText(9), CString("line 9\r"));
+}
+
 TEST_F(RichEdit, LinesKeepTheirParagraphMarkAndStreamOutAsCrLf) {
     edit.SetWindowText("ab\r\ncd\nef\r");
     EXPECT_EQ(edit.GetLineCount(), 4) << "a text ending in a line end has an empty last line";
