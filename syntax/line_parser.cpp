@@ -51,6 +51,8 @@ unsigned long CTalvorSyntax::ParseLine(unsigned long dwCookie, CString& strLine,
     int i = 0;
 
     auto closeWord = [&](int end) {
+        if (!runs.Kept())
+            return; // a word's colour never changes the cookie
         const std::string_view word(line + wordStart, static_cast<std::size_t>(end - wordStart));
         if (keywords.Lookup(m_arrKeyWords, word))
             runs.Add(wordStart, COLOR_KEYWORD);

@@ -20,6 +20,9 @@ public:
     RunList(const RunList&) = delete;
     RunList& operator=(const RunList&) = delete;
 
+    // Whether runs are kept at all: without a list a parser need not work out their colours.
+    bool Kept() const { return m_buffer != nullptr; }
+
     void Add(int start, int colour) {
         if (m_buffer == nullptr)
             return;
