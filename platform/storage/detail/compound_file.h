@@ -199,7 +199,26 @@ private:
     HRESULT MakeBig(StreamData& data);
     HRESULT ShrinkBig(StreamData& data, std::uint64_t size);
 
-    HRESULT PlaceMetadata(std::map<std::uint32_t, std::vector<std::uint8_t>>& writes);
+    // The sectors a commit writes besides stream data: their bytes side by side in the order
+    // they were placed, and the sector of each. Kept between commits for its memory.
+    struct SectorWrites {
+        std::vector<std::uint8_t> bytes;
+        std::vector<std::pair<std::uint32_t, std::uint32_t>> slots; // sector, index in bytes
+        // Room for the bytes of sector; valid until the next Add.
+        std::uint8_t* Add(std::uint32_t sector) {
+            const auto slot = static_cast<std::uint32_t>(slots.size());
+            slots.emplace_back(sector, slot);
+            bytes.resize(std::size_t(slot + 1) * SectorSize);
+            return bytes.data() + std::size_t(slot) * SectorSize;
+        }
+        void clear() {
+            bytes.clear();
+            slots.clear();
+        }
+    };
+    HRESULT PlaceMetadata(SectorWrites& writes);
+    // Writes the placed sectors in ascending order, consecutive ones in one call.
+    HRESULT WritePlaced(SectorWrites& writes);
     void SerializeHeader(std::uint8_t* header) const;
 
     std::unique_ptr<LockBytes> m_bytes;
@@ -224,6 +243,8 @@ private:
     std::uint32_t m_runStart = 0;
     std::size_t m_runBytes = 0;
     std::unique_ptr<std::uint8_t[]> m_run;
+    SectorWrites m_placed;
+    std::vector<std::uint8_t> m_placedRun;
 
     std::vector<std::uint32_t> m_miniFat;
     IndexSet m_miniFatDirty;

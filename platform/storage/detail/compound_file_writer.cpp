@@ -348,7 +348,18 @@ void CompoundFile::SerializeHeader(std::uint8_t* h) const {
         Put32(h + 0x4C + 4 * i, i < m_fatLocations.size() ? m_fatLocations[i] : FreeSector);
 }
 
-HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uint8_t>>& writes) {
+namespace {
+// One table sector: the ids of table from first on, free marks past its end.
+void PutIds(std::uint8_t* out, const std::vector<std::uint32_t>& table, std::size_t first) {
+    const std::size_t have =
+        first < table.size() ? std::min<std::size_t>(IdsPerSector, table.size() - first) : 0;
+    for (std::size_t j = 0; j < have; ++j)
+        Put32(out + 4 * j, table[first + j]);
+    std::memset(out + 4 * have, 0xFF, 4 * (IdsPerSector - have)); // FreeSector
+}
+} // namespace
+
+HRESULT CompoundFile::PlaceMetadata(SectorWrites& writes) {
     // Chains are linked where a sector was placed: a long chain costs nothing when little of
     // it changes. (Sectors added to the mini stream were linked as they were added.)
     std::vector<std::size_t> placed;
@@ -361,7 +372,7 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
             ReleaseSector(old);
             placed.push_back(index);
         }
-        writes[m_miniChain[index]] = std::move(buffer);
+        std::memcpy(writes.Add(m_miniChain[index]), buffer.data(), SectorSize);
     }
     m_miniPending.clear();
     RelinkChain(m_miniChain, placed);
@@ -391,12 +402,7 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
             ReleaseSector(old);
             placed.push_back(index);
         }
-        std::vector<std::uint8_t> buffer(SectorSize);
-        for (std::uint32_t j = 0; j < IdsPerSector; ++j) {
-            const std::size_t at = std::size_t(index) * IdsPerSector + j;
-            Put32(buffer.data() + 4 * j, at < m_miniFat.size() ? m_miniFat[at] : FreeSector);
-        }
-        writes[m_miniFatChain[index]] = std::move(buffer);
+        PutIds(writes.Add(m_miniFatChain[index]), m_miniFat, std::size_t(index) * IdsPerSector);
     }
     RelinkChain(m_miniFatChain, placed);
 
@@ -418,10 +424,11 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
             ReleaseSector(old);
             placed.push_back(s);
         }
-        std::vector<std::uint8_t> buffer(SectorSize, 0);
+        std::uint8_t* buffer = writes.Add(m_dirChain[s]);
+        std::memset(buffer, 0, SectorSize);
         for (std::uint32_t k = 0; k < EntriesPerSector; ++k) {
             const DirEntry& e = m_entries[std::size_t(s) * EntriesPerSector + k];
-            std::uint8_t* p = buffer.data() + 128 * k;
+            std::uint8_t* p = buffer + 128 * k;
             Put32(p + 0x44, e.type == TypeUnused ? NoStream : e.left);
             Put32(p + 0x48, e.type == TypeUnused ? NoStream : e.right);
             Put32(p + 0x4C, e.type == TypeUnused ? NoStream : e.child);
@@ -442,7 +449,6 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
             Put32(p + 0x74, e.type == TypeStorage ? 0 : (empty ? EndOfChain : e.start));
             Put32(p + 0x78, static_cast<std::uint32_t>(e.size));
         }
-        writes[m_dirChain[s]] = std::move(buffer);
     }
     RelinkChain(m_dirChain, placed);
 
@@ -507,25 +513,40 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
     for (std::uint32_t index : m_fatDirty.Sorted()) {
         if (index >= m_fatLocations.size())
             continue;
-        std::vector<std::uint8_t> buffer(SectorSize);
-        for (std::uint32_t j = 0; j < IdsPerSector; ++j) {
-            const std::size_t at = std::size_t(index) * IdsPerSector + j;
-            Put32(buffer.data() + 4 * j, at < m_fat.size() ? m_fat[at] : FreeSector);
-        }
-        writes[m_fatLocations[index]] = std::move(buffer);
+        PutIds(writes.Add(m_fatLocations[index]), m_fat, std::size_t(index) * IdsPerSector);
     }
     for (std::uint32_t j : difatDirty) {
         if (j >= m_difatLocations.size())
             continue;
-        std::vector<std::uint8_t> buffer(SectorSize);
-        for (std::uint32_t i = 0; i < DifatIdsPerSector; ++i) {
-            const std::size_t at = HeaderDifatCount + std::size_t(j) * DifatIdsPerSector + i;
-            Put32(buffer.data() + 4 * i,
-                  at < m_fatLocations.size() ? m_fatLocations[at] : FreeSector);
-        }
-        Put32(buffer.data() + 4 * DifatIdsPerSector,
+        std::uint8_t* buffer = writes.Add(m_difatLocations[j]);
+        PutIds(buffer, m_fatLocations, HeaderDifatCount + std::size_t(j) * DifatIdsPerSector);
+        Put32(buffer + 4 * DifatIdsPerSector,
               j + 1 < m_difatLocations.size() ? m_difatLocations[j + 1] : EndOfChain);
-        writes[m_difatLocations[j]] = std::move(buffer);
+    }
+    return S_OK;
+}
+
+HRESULT CompoundFile::WritePlaced(SectorWrites& writes) {
+    // A sector placed twice keeps its last bytes: the stable sort leaves the last one last.
+    auto& slots = writes.slots;
+    std::stable_sort(slots.begin(), slots.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (std::size_t i = 0; i < slots.size();) {
+        const std::uint32_t first = slots[i].first;
+        std::uint32_t next = first;
+        m_placedRun.clear();
+        while (i < slots.size() && slots[i].first == next && m_placedRun.size() < MaxRunBytes) {
+            while (i + 1 < slots.size() && slots[i + 1].first == next)
+                ++i;
+            const std::uint8_t* bytes =
+                writes.bytes.data() + std::size_t(slots[i].second) * SectorSize;
+            m_placedRun.insert(m_placedRun.end(), bytes, bytes + SectorSize);
+            ++next;
+            ++i;
+        }
+        if (!m_bytes->WriteAt((std::uint64_t(first) + 1) * SectorSize, m_placedRun.data(),
+                              m_placedRun.size()))
+            return WriteFailed("the allocation tables and directory");
     }
     return S_OK;
 }
@@ -542,24 +563,13 @@ HRESULT CompoundFile::Commit(bool flushToDisk) {
         if (HRESULT hr = FlushStream(id); FAILED(hr))
             return hr;
 
-    std::map<std::uint32_t, std::vector<std::uint8_t>> writes;
-    if (HRESULT hr = PlaceMetadata(writes); FAILED(hr))
+    m_placed.clear();
+    if (HRESULT hr = PlaceMetadata(m_placed); FAILED(hr))
         return hr;
     if (HRESULT hr = FlushRun(); FAILED(hr))
         return hr;
-    // Consecutive sectors go out in one write.
-    for (auto it = writes.begin(); it != writes.end();) {
-        const std::uint32_t first = it->first;
-        std::vector<std::uint8_t> run;
-        std::uint32_t next = first;
-        while (it != writes.end() && it->first == next && run.size() < MaxRunBytes) {
-            run.insert(run.end(), it->second.begin(), it->second.end());
-            ++next;
-            ++it;
-        }
-        if (!m_bytes->WriteAt((std::uint64_t(first) + 1) * SectorSize, run.data(), run.size()))
-            return WriteFailed("the allocation tables and directory");
-    }
+    if (HRESULT hr = WritePlaced(m_placed); FAILED(hr))
+        return hr;
     // Everything the new header points at must be on the disk before the header is.
     if (flushToDisk && !m_bytes->Flush())
         return WriteFailed("(flush) the new sectors");
