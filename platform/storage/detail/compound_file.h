@@ -7,6 +7,7 @@
 
 #include "platform/storage/detail/compound_format.h"
 #include "platform/storage/detail/lock_bytes.h"
+#include "platform/storage/detail/sector_set.h"
 #include "platform/storage/storage_types.h"
 
 #include <algorithm>
@@ -158,6 +159,9 @@ private:
     std::uint32_t AllocateSector();
     std::uint32_t AllocateDataSector();
     std::uint32_t AllocateNear(std::uint32_t& cursor, std::uint32_t minimumRun);
+    // What count calls of AllocateDataSector, each linked after the last, do when the data
+    // cursor is at the end of the file: new sectors there, appended to chain.
+    void AppendDataSectors(std::vector<std::uint32_t>& chain, std::size_t count);
     std::uint32_t TakeSector(std::uint32_t sector);
     void ReleaseSector(std::uint32_t sector);
     bool IsFresh(std::uint32_t sector) const {
@@ -234,7 +238,7 @@ private:
     bool m_difatDirty = false;
     std::vector<std::uint8_t> m_freshFlag; // 1 fresh, 2 fresh and written to disk
     std::vector<std::uint32_t> m_freshList;
-    std::set<std::uint32_t> m_freePool;       // free in committed and working state
+    SectorSet m_freePool;                     // free in committed and working state
     std::vector<std::uint32_t> m_pendingFree; // committed sectors the working state dropped
     std::uint32_t m_dataCursor = FreeSector;  // the sector after the last data sector taken
 
@@ -253,7 +257,7 @@ private:
     std::map<std::uint32_t, std::vector<std::uint8_t>> m_miniPending; // by index in m_miniChain
     std::vector<std::uint8_t> m_miniFresh;
     std::vector<std::uint32_t> m_miniFreshList;
-    std::set<std::uint32_t> m_miniFreePool;
+    SectorSet m_miniFreePool;
     std::vector<std::uint32_t> m_miniPendingFree;
 
     std::vector<DirEntry> m_entries;

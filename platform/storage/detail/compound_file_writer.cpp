@@ -50,7 +50,7 @@ void CompoundFile::SetFat(std::uint32_t sector, std::uint32_t value) {
 
 std::uint32_t CompoundFile::AllocateSector() {
     // Tables and directory sectors fill the lowest free sector.
-    return TakeSector(m_freePool.empty() ? FreeSector : *m_freePool.begin());
+    return TakeSector(m_freePool.lowest()); // FreeSector when there is none
 }
 
 std::uint32_t CompoundFile::AllocateDataSector() {
@@ -63,19 +63,8 @@ std::uint32_t CompoundFile::AllocateNear(std::uint32_t& cursor, std::uint32_t mi
     // end of the file. Shorter holes are left to the tables and the directory.
     std::uint32_t taken = FreeSector;
     const bool atEnd = cursor == m_fat.size(); // growing at the end: no need to look for a run
-    if (!atEnd && m_freePool.count(cursor))
-        taken = cursor;
-    std::uint32_t runStart = FreeSector, runLength = 0, previous = FreeSector;
-    for (auto it = m_freePool.begin(); taken == FreeSector && !atEnd && it != m_freePool.end();
-         ++it) {
-        if (*it != previous + 1 || previous == FreeSector) {
-            runStart = *it;
-            runLength = 0;
-        }
-        previous = *it;
-        if (++runLength >= minimumRun)
-            taken = runStart;
-    }
+    if (!atEnd)
+        taken = m_freePool.contains(cursor) ? cursor : m_freePool.FirstRun(minimumRun);
     taken = TakeSector(taken);
     cursor = taken + 1;
     return taken;
@@ -110,6 +99,38 @@ void CompoundFile::ReleaseSector(std::uint32_t sector) {
     } else {
         m_pendingFree.push_back(sector);
     }
+}
+
+void CompoundFile::AppendDataSectors(std::vector<std::uint32_t>& chain, std::size_t count) {
+    if (count == 0)
+        return;
+    const auto first = static_cast<std::uint32_t>(m_fat.size());
+    const auto end = static_cast<std::uint32_t>(first + count);
+    if (!chain.empty())
+        SetFat(chain.back(), first);
+    m_fat.resize(end);
+    for (std::uint32_t sector = first; sector + 1 < end; ++sector)
+        m_fat[sector] = sector + 1;
+    m_fat[end - 1] = EndOfChain;
+    for (std::uint32_t index = first / IdsPerSector; index <= (end - 1) / IdsPerSector; ++index)
+        m_fatDirty.insert(index);
+    m_freshFlag.resize(end);
+    for (std::uint32_t sector = first; sector < end; ++sector) {
+        m_freshFlag[sector] = 1;
+        m_freshList.push_back(sector);
+        chain.push_back(sector);
+    }
+    // The pending run holds sectors already taken, never new ones; if it did, they would read
+    // as zeros as a new sector does.
+    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runBytes / SectorSize);
+    if (runSectors != 0 && m_runStart + runSectors > first) {
+        const std::uint32_t from = std::max(first, m_runStart);
+        const std::uint32_t to = std::min(end, m_runStart + runSectors);
+        if (from < to)
+            std::memset(m_run.get() + std::size_t(from - m_runStart) * SectorSize, 0,
+                        std::size_t(to - from) * SectorSize);
+    }
+    m_dataCursor = end;
 }
 
 void CompoundFile::RelinkChain(const std::vector<std::uint32_t>& chain,
@@ -267,8 +288,8 @@ void CompoundFile::SetMiniFat(std::uint32_t mini, std::uint32_t value) {
 std::uint32_t CompoundFile::AllocateMini() {
     std::uint32_t mini;
     if (!m_miniFreePool.empty()) {
-        mini = *m_miniFreePool.begin();
-        m_miniFreePool.erase(m_miniFreePool.begin());
+        mini = m_miniFreePool.lowest();
+        m_miniFreePool.erase(mini);
     } else {
         mini = static_cast<std::uint32_t>(m_miniFat.size());
         m_miniFat.push_back(FreeSector);
@@ -589,13 +610,15 @@ HRESULT CompoundFile::Commit(bool flushToDisk) {
         if (sector < m_freshFlag.size())
             m_freshFlag[sector] = 0;
     m_freshList.clear();
-    m_freePool.insert(m_pendingFree.begin(), m_pendingFree.end());
+    for (std::uint32_t sector : m_pendingFree)
+        m_freePool.insert(sector);
     m_pendingFree.clear();
     for (std::uint32_t mini : m_miniFreshList)
         if (mini < m_miniFresh.size())
             m_miniFresh[mini] = 0;
     m_miniFreshList.clear();
-    m_miniFreePool.insert(m_miniPendingFree.begin(), m_miniPendingFree.end());
+    for (std::uint32_t mini : m_miniPendingFree)
+        m_miniFreePool.insert(mini);
     m_miniPendingFree.clear();
     m_fatDirty.clear();
     m_miniFatDirty.clear();
