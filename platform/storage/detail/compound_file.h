@@ -52,6 +52,9 @@ public:
         m_members.clear();
         m_sorted = true;
     }
+    // The members in the order they were inserted, until Sorted is called; valid until the
+    // next insert.
+    const std::vector<std::uint32_t>& InInsertionOrder() const { return m_members; }
     // The members in ascending order; valid until the next insert.
     const std::vector<std::uint32_t>& Sorted() {
         if (!m_sorted)

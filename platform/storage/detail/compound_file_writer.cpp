@@ -5,6 +5,7 @@
 #include "platform/storage/detail/compound_file.h"
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <cstring>
 
@@ -374,8 +375,13 @@ namespace {
 void PutIds(std::uint8_t* out, const std::vector<std::uint32_t>& table, std::size_t first) {
     const std::size_t have =
         first < table.size() ? std::min<std::size_t>(IdsPerSector, table.size() - first) : 0;
-    for (std::size_t j = 0; j < have; ++j)
-        Put32(out + 4 * j, table[first + j]);
+    if constexpr (std::endian::native == std::endian::little) {
+        if (have != 0)
+            std::memcpy(out, table.data() + first, 4 * have);
+    } else {
+        for (std::size_t j = 0; j < have; ++j)
+            Put32(out + 4 * j, table[first + j]);
+    }
     std::memset(out + 4 * have, 0xFF, 4 * (IdsPerSector - have)); // FreeSector
 }
 } // namespace
@@ -481,6 +487,7 @@ HRESULT CompoundFile::PlaceMetadata(SectorWrites& writes) {
             difatDirty.insert(
                 static_cast<std::uint32_t>((index - HeaderDifatCount) / DifatIdsPerSector));
     };
+    std::size_t fatLookedAt = 0; // of m_fatDirty's members in the order they came
     for (bool changed = true; changed;) {
         changed = false;
         const std::size_t fatSectors =
@@ -507,7 +514,12 @@ HRESULT CompoundFile::PlaceMetadata(SectorWrites& writes) {
                 difatDirty.insert(static_cast<std::uint32_t>(m_difatLocations.size() - 2));
             changed = true;
         }
-        const std::vector<std::uint32_t> dirtyFat = m_fatDirty.Sorted();
+        // A FAT sector looked at once is in a fresh place from then on: each round looks
+        // only at those dirtied since the last, in ascending order as a full pass would.
+        const std::vector<std::uint32_t>& dirtied = m_fatDirty.InInsertionOrder();
+        std::vector<std::uint32_t> dirtyFat(dirtied.begin() + fatLookedAt, dirtied.end());
+        fatLookedAt = dirtied.size();
+        std::sort(dirtyFat.begin(), dirtyFat.end());
         for (std::uint32_t index : dirtyFat) {
             if (index >= m_fatLocations.size() || IsFresh(m_fatLocations[index]))
                 continue;
@@ -553,20 +565,30 @@ HRESULT CompoundFile::WritePlaced(SectorWrites& writes) {
     std::stable_sort(slots.begin(), slots.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
     for (std::size_t i = 0; i < slots.size();) {
+        // A run of consecutive sectors goes out in one write; a lone sector (the most common
+        // case) straight from where it was placed.
         const std::uint32_t first = slots[i].first;
         std::uint32_t next = first;
-        m_placedRun.clear();
-        while (i < slots.size() && slots[i].first == next && m_placedRun.size() < MaxRunBytes) {
+        const std::uint8_t* single = nullptr;
+        std::size_t count = 0;
+        while (i < slots.size() && slots[i].first == next && count * SectorSize < MaxRunBytes) {
             while (i + 1 < slots.size() && slots[i + 1].first == next)
                 ++i;
             const std::uint8_t* bytes =
                 writes.bytes.data() + std::size_t(slots[i].second) * SectorSize;
-            m_placedRun.insert(m_placedRun.end(), bytes, bytes + SectorSize);
+            if (count == 0) {
+                single = bytes;
+            } else {
+                if (count == 1)
+                    m_placedRun.assign(single, single + SectorSize);
+                m_placedRun.insert(m_placedRun.end(), bytes, bytes + SectorSize);
+            }
+            ++count;
             ++next;
             ++i;
         }
-        if (!m_bytes->WriteAt((std::uint64_t(first) + 1) * SectorSize, m_placedRun.data(),
-                              m_placedRun.size()))
+        if (!m_bytes->WriteAt((std::uint64_t(first) + 1) * SectorSize,
+                              count == 1 ? single : m_placedRun.data(), count * SectorSize))
             return WriteFailed("the allocation tables and directory");
     }
     return S_OK;
