@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <random>
 #include <set>
+#include <sys/stat.h>
 
 namespace {
 using talvor::platform::storage::detail::SectorSet;
@@ -139,6 +140,24 @@ TEST_F(FileBytesTest, TheWriteFaultSeamFailsMappedWritesToo) {
     EXPECT_FALSE(bytes->WriteAt(300, "fails", 5));
     EXPECT_EQ(errno, ENOSPC);
     EXPECT_EQ(ReadFileBytes(path), model);
+}
+
+TEST_F(FileBytesTest, SpaceReservedAheadOfAGrowingFileIsGivenBackOnClose) {
+    // Grow the file a sector at a time, as commits do, then close it: the blocks it holds are
+    // those of its size, not of what was reserved ahead of it.
+    const std::string sector(512, 's');
+    for (int n = 0; n < 600; ++n)
+        Write(std::uint64_t(n) * 512, sector);
+    Write(3 * 512, "inside");
+    ASSERT_TRUE(bytes->Truncate(200 * 512));
+    model.resize(200 * 512);
+    Write(200 * 512, sector); // grows again after a cut
+    bytes.reset();
+    EXPECT_EQ(ReadFileBytes(path), model);
+    struct stat st {};
+    ASSERT_EQ(::stat(path.c_str(), &st), 0);
+    EXPECT_EQ(static_cast<std::size_t>(st.st_size), model.size());
+    EXPECT_LE(static_cast<std::uint64_t>(st.st_blocks) * 512, model.size() + 64 * 1024);
 }
 
 } // namespace

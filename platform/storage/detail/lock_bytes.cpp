@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <linux/falloc.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
@@ -24,11 +25,18 @@ namespace {
 // store there cannot meet a full disk (which a mapping could only report as a signal). Writes
 // that grow the file, large ones, and any other go through pwrite. (As with any mapped file,
 // another process that cuts the file short under an open writer makes its next store fault.)
+//
+// A file that grows reserves its disk space ahead, an eighth of its size at a time (at least
+// ReserveStep), past its end where its size does not show it: writes into reserved space
+// skip the file system's per-page reservation of delayed allocation. Closing gives back what
+// was reserved and not used. Where the file system cannot reserve, writes go on without.
 class FileBytes : public LockBytes {
 public:
     FileBytes(int fd, bool writable) : m_fd(fd), m_writable(writable) {
         struct stat st {};
         m_size = ::fstat(fd, &st) == 0 ? static_cast<std::uint64_t>(st.st_size) : 0;
+        m_reserved = m_size;
+        m_reserve = writable;
         const long page = ::sysconf(_SC_PAGESIZE);
         struct statfs fs {};
         if (writable && page > 0 && ::fstatfs(fd, &fs) == 0 && fs.f_bsize > 0 &&
@@ -40,6 +48,9 @@ public:
     ~FileBytes() override {
         if (m_map)
             ::munmap(m_map, m_mapSize);
+        // Truncating to the size it has frees the blocks reserved past the end.
+        if (m_reserved > m_size)
+            (void)::ftruncate(m_fd, static_cast<off_t>(m_size));
         ::close(m_fd);
     }
     std::uint64_t Size() const override { return m_size; }
@@ -68,6 +79,8 @@ public:
             std::memcpy(m_map + offset, data, size);
             return true;
         }
+        if (offset + size > m_reserved)
+            Reserve(offset + size);
         if (!platform::WriteAllAt(m_fd, data, size, offset))
             return false;
         if (offset + size > m_size)
@@ -79,6 +92,9 @@ public:
     bool Truncate(std::uint64_t size) override {
         if (::ftruncate(m_fd, static_cast<off_t>(size)) != 0)
             return false;
+        // Blocks reserved past the new end are gone (also when the size stays).
+        if (size <= m_size)
+            m_reserved = std::min(m_reserved, size);
         m_size = size;
         // A grown file has holes past the old end; a shrunk one lost its blocks there.
         if (m_blockSize != 0 && m_written.size() > (size + m_blockSize - 1) / m_blockSize)
@@ -89,6 +105,19 @@ public:
 
 private:
     static constexpr std::size_t MappedWriteLimit = 64 * 1024;
+    static constexpr std::uint64_t ReserveStep = 1u << 20;
+
+    void Reserve(std::uint64_t end) {
+        if (!m_reserve)
+            return;
+        const std::uint64_t step = std::max<std::uint64_t>(ReserveStep, m_size / 8);
+        const std::uint64_t to = (end + step - 1) / step * step;
+        if (::fallocate(m_fd, FALLOC_FL_KEEP_SIZE, static_cast<off_t>(m_reserved),
+                        static_cast<off_t>(to - m_reserved)) == 0)
+            m_reserved = to;
+        else
+            m_reserve = false; // a full disk or no support: the writes tell which
+    }
 
     void MarkWritten(std::uint64_t offset, std::size_t size) {
         if (m_blockSize == 0 || size == 0)
@@ -149,6 +178,8 @@ private:
     char* m_map = nullptr;
     std::uint64_t m_mapSize = 0;
     bool m_mapFailed = false;
+    bool m_reserve = false;       // false once reserving failed
+    std::uint64_t m_reserved = 0; // the end of the space reserved (or written)
 };
 
 class BufferBytes : public LockBytes {
