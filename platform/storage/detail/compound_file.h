@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -239,6 +238,7 @@ private:
     std::vector<std::uint32_t> m_fatLocations; // where each FAT sector lives
     std::vector<std::uint32_t> m_difatLocations;
     bool m_difatDirty = false;
+    IndexSet m_difatDirtyScratch;          // DIFAT sectors a commit changes, kept for its memory
     std::vector<std::uint8_t> m_freshFlag; // 1 fresh, 2 fresh and written to disk
     std::vector<std::uint32_t> m_freshList;
     SectorSet m_freePool;                     // free in committed and working state

@@ -481,7 +481,8 @@ HRESULT CompoundFile::PlaceMetadata(SectorWrites& writes) {
 
     // FAT and DIFAT, until placing them changes nothing more: a moved FAT sector changes the
     // FAT entries of its old and new place, which may dirty another FAT sector.
-    std::set<std::uint32_t> difatDirty;
+    IndexSet& difatDirty = m_difatDirtyScratch;
+    difatDirty.clear();
     auto noteFatMoved = [&](std::size_t index) {
         if (index >= HeaderDifatCount)
             difatDirty.insert(
@@ -530,7 +531,7 @@ HRESULT CompoundFile::PlaceMetadata(SectorWrites& writes) {
             noteFatMoved(index);
             changed = true;
         }
-        const std::vector<std::uint32_t> dirtyDifat(difatDirty.begin(), difatDirty.end());
+        const std::vector<std::uint32_t> dirtyDifat = difatDirty.Sorted();
         for (std::uint32_t j : dirtyDifat) {
             if (j >= m_difatLocations.size() || IsFresh(m_difatLocations[j]))
                 continue;
@@ -548,7 +549,7 @@ HRESULT CompoundFile::PlaceMetadata(SectorWrites& writes) {
             continue;
         PutIds(writes.Add(m_fatLocations[index]), m_fat, std::size_t(index) * IdsPerSector);
     }
-    for (std::uint32_t j : difatDirty) {
+    for (std::uint32_t j : difatDirty.Sorted()) {
         if (j >= m_difatLocations.size())
             continue;
         std::uint8_t* buffer = writes.Add(m_difatLocations[j]);
@@ -560,10 +561,10 @@ HRESULT CompoundFile::PlaceMetadata(SectorWrites& writes) {
 }
 
 HRESULT CompoundFile::WritePlaced(SectorWrites& writes) {
-    // A sector placed twice keeps its last bytes: the stable sort leaves the last one last.
+    // A sector placed twice keeps its last bytes: slots grow with each placing, so sorting by
+    // sector, then slot, leaves the last one last.
     auto& slots = writes.slots;
-    std::stable_sort(slots.begin(), slots.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::sort(slots.begin(), slots.end());
     for (std::size_t i = 0; i < slots.size();) {
         // A run of consecutive sectors goes out in one write; a lone sector (the most common
         // case) straight from where it was placed.
