@@ -57,6 +57,10 @@ public:
     bool ReadAt(std::uint64_t offset, void* out, std::size_t size) override {
         if (offset > m_size || size > m_size - offset)
             return false;
+        if (size != 0 && offset + size <= m_mapSize) {
+            std::memcpy(out, m_map + offset, size); // inside the file and the mapping
+            return true;
+        }
         char* p = static_cast<char*>(out);
         while (size > 0) {
             ssize_t got = ::pread(m_fd, p, size, static_cast<off_t>(offset));
