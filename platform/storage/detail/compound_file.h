@@ -7,12 +7,12 @@
 
 #include "platform/storage/detail/compound_format.h"
 #include "platform/storage/detail/lock_bytes.h"
+#include "platform/storage/detail/sector_set.h"
 #include "platform/storage/storage_types.h"
 
 #include <algorithm>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -51,6 +51,9 @@ public:
         m_members.clear();
         m_sorted = true;
     }
+    // The members in the order they were inserted, until Sorted is called; valid until the
+    // next insert.
+    const std::vector<std::uint32_t>& InInsertionOrder() const { return m_members; }
     // The members in ascending order; valid until the next insert.
     const std::vector<std::uint32_t>& Sorted() {
         if (!m_sorted)
@@ -158,6 +161,9 @@ private:
     std::uint32_t AllocateSector();
     std::uint32_t AllocateDataSector();
     std::uint32_t AllocateNear(std::uint32_t& cursor, std::uint32_t minimumRun);
+    // What count calls of AllocateDataSector, each linked after the last, do when the data
+    // cursor is at the end of the file: new sectors there, appended to chain.
+    void AppendDataSectors(std::vector<std::uint32_t>& chain, std::size_t count);
     std::uint32_t TakeSector(std::uint32_t sector);
     void ReleaseSector(std::uint32_t sector);
     bool IsFresh(std::uint32_t sector) const {
@@ -199,7 +205,26 @@ private:
     HRESULT MakeBig(StreamData& data);
     HRESULT ShrinkBig(StreamData& data, std::uint64_t size);
 
-    HRESULT PlaceMetadata(std::map<std::uint32_t, std::vector<std::uint8_t>>& writes);
+    // The sectors a commit writes besides stream data: their bytes side by side in the order
+    // they were placed, and the sector of each. Kept between commits for its memory.
+    struct SectorWrites {
+        std::vector<std::uint8_t> bytes;
+        std::vector<std::pair<std::uint32_t, std::uint32_t>> slots; // sector, index in bytes
+        // Room for the bytes of sector; valid until the next Add.
+        std::uint8_t* Add(std::uint32_t sector) {
+            const auto slot = static_cast<std::uint32_t>(slots.size());
+            slots.emplace_back(sector, slot);
+            bytes.resize(std::size_t(slot + 1) * SectorSize);
+            return bytes.data() + std::size_t(slot) * SectorSize;
+        }
+        void clear() {
+            bytes.clear();
+            slots.clear();
+        }
+    };
+    HRESULT PlaceMetadata(SectorWrites& writes);
+    // Writes the placed sectors in ascending order, consecutive ones in one call.
+    HRESULT WritePlaced(SectorWrites& writes);
     void SerializeHeader(std::uint8_t* header) const;
 
     std::unique_ptr<LockBytes> m_bytes;
@@ -213,9 +238,10 @@ private:
     std::vector<std::uint32_t> m_fatLocations; // where each FAT sector lives
     std::vector<std::uint32_t> m_difatLocations;
     bool m_difatDirty = false;
+    IndexSet m_difatDirtyScratch;          // DIFAT sectors a commit changes, kept for its memory
     std::vector<std::uint8_t> m_freshFlag; // 1 fresh, 2 fresh and written to disk
     std::vector<std::uint32_t> m_freshList;
-    std::set<std::uint32_t> m_freePool;       // free in committed and working state
+    SectorSet m_freePool;                     // free in committed and working state
     std::vector<std::uint32_t> m_pendingFree; // committed sectors the working state dropped
     std::uint32_t m_dataCursor = FreeSector;  // the sector after the last data sector taken
 
@@ -224,6 +250,8 @@ private:
     std::uint32_t m_runStart = 0;
     std::size_t m_runBytes = 0;
     std::unique_ptr<std::uint8_t[]> m_run;
+    SectorWrites m_placed;
+    std::vector<std::uint8_t> m_placedRun;
 
     std::vector<std::uint32_t> m_miniFat;
     IndexSet m_miniFatDirty;
@@ -232,7 +260,7 @@ private:
     std::map<std::uint32_t, std::vector<std::uint8_t>> m_miniPending; // by index in m_miniChain
     std::vector<std::uint8_t> m_miniFresh;
     std::vector<std::uint32_t> m_miniFreshList;
-    std::set<std::uint32_t> m_miniFreePool;
+    SectorSet m_miniFreePool;
     std::vector<std::uint32_t> m_miniPendingFree;
 
     std::vector<DirEntry> m_entries;

@@ -273,11 +273,11 @@ HRESULT CompoundFile::Load() {
     m_freePool.clear();
     for (std::uint32_t s = 0; s < fileSectors; ++s)
         if (m_fat[s] == FreeSector && !owner[s])
-            m_freePool.insert(m_freePool.end(), s);
+            m_freePool.insert(s);
     m_miniFreePool.clear();
     for (std::uint32_t m = 0; m < m_miniFat.size(); ++m)
         if (m_miniFat[m] == FreeSector && !miniOwner[m])
-            m_miniFreePool.insert(m_miniFreePool.end(), m);
+            m_miniFreePool.insert(m);
 
     m_freshFlag.assign(m_fat.size(), 0);
     m_freshList.clear();

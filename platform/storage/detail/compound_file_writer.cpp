@@ -5,6 +5,7 @@
 #include "platform/storage/detail/compound_file.h"
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <cstring>
 
@@ -50,7 +51,7 @@ void CompoundFile::SetFat(std::uint32_t sector, std::uint32_t value) {
 
 std::uint32_t CompoundFile::AllocateSector() {
     // Tables and directory sectors fill the lowest free sector.
-    return TakeSector(m_freePool.empty() ? FreeSector : *m_freePool.begin());
+    return TakeSector(m_freePool.lowest()); // FreeSector when there is none
 }
 
 std::uint32_t CompoundFile::AllocateDataSector() {
@@ -63,19 +64,8 @@ std::uint32_t CompoundFile::AllocateNear(std::uint32_t& cursor, std::uint32_t mi
     // end of the file. Shorter holes are left to the tables and the directory.
     std::uint32_t taken = FreeSector;
     const bool atEnd = cursor == m_fat.size(); // growing at the end: no need to look for a run
-    if (!atEnd && m_freePool.count(cursor))
-        taken = cursor;
-    std::uint32_t runStart = FreeSector, runLength = 0, previous = FreeSector;
-    for (auto it = m_freePool.begin(); taken == FreeSector && !atEnd && it != m_freePool.end();
-         ++it) {
-        if (*it != previous + 1 || previous == FreeSector) {
-            runStart = *it;
-            runLength = 0;
-        }
-        previous = *it;
-        if (++runLength >= minimumRun)
-            taken = runStart;
-    }
+    if (!atEnd)
+        taken = m_freePool.contains(cursor) ? cursor : m_freePool.FirstRun(minimumRun);
     taken = TakeSector(taken);
     cursor = taken + 1;
     return taken;
@@ -110,6 +100,38 @@ void CompoundFile::ReleaseSector(std::uint32_t sector) {
     } else {
         m_pendingFree.push_back(sector);
     }
+}
+
+void CompoundFile::AppendDataSectors(std::vector<std::uint32_t>& chain, std::size_t count) {
+    if (count == 0)
+        return;
+    const auto first = static_cast<std::uint32_t>(m_fat.size());
+    const auto end = static_cast<std::uint32_t>(first + count);
+    if (!chain.empty())
+        SetFat(chain.back(), first);
+    m_fat.resize(end);
+    for (std::uint32_t sector = first; sector + 1 < end; ++sector)
+        m_fat[sector] = sector + 1;
+    m_fat[end - 1] = EndOfChain;
+    for (std::uint32_t index = first / IdsPerSector; index <= (end - 1) / IdsPerSector; ++index)
+        m_fatDirty.insert(index);
+    m_freshFlag.resize(end);
+    for (std::uint32_t sector = first; sector < end; ++sector) {
+        m_freshFlag[sector] = 1;
+        m_freshList.push_back(sector);
+        chain.push_back(sector);
+    }
+    // The pending run holds sectors already taken, never new ones; if it did, they would read
+    // as zeros as a new sector does.
+    const std::uint32_t runSectors = static_cast<std::uint32_t>(m_runBytes / SectorSize);
+    if (runSectors != 0 && m_runStart + runSectors > first) {
+        const std::uint32_t from = std::max(first, m_runStart);
+        const std::uint32_t to = std::min(end, m_runStart + runSectors);
+        if (from < to)
+            std::memset(m_run.get() + std::size_t(from - m_runStart) * SectorSize, 0,
+                        std::size_t(to - from) * SectorSize);
+    }
+    m_dataCursor = end;
 }
 
 void CompoundFile::RelinkChain(const std::vector<std::uint32_t>& chain,
@@ -267,8 +289,8 @@ void CompoundFile::SetMiniFat(std::uint32_t mini, std::uint32_t value) {
 std::uint32_t CompoundFile::AllocateMini() {
     std::uint32_t mini;
     if (!m_miniFreePool.empty()) {
-        mini = *m_miniFreePool.begin();
-        m_miniFreePool.erase(m_miniFreePool.begin());
+        mini = m_miniFreePool.lowest();
+        m_miniFreePool.erase(mini);
     } else {
         mini = static_cast<std::uint32_t>(m_miniFat.size());
         m_miniFat.push_back(FreeSector);
@@ -348,7 +370,23 @@ void CompoundFile::SerializeHeader(std::uint8_t* h) const {
         Put32(h + 0x4C + 4 * i, i < m_fatLocations.size() ? m_fatLocations[i] : FreeSector);
 }
 
-HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uint8_t>>& writes) {
+namespace {
+// One table sector: the ids of table from first on, free marks past its end.
+void PutIds(std::uint8_t* out, const std::vector<std::uint32_t>& table, std::size_t first) {
+    const std::size_t have =
+        first < table.size() ? std::min<std::size_t>(IdsPerSector, table.size() - first) : 0;
+    if constexpr (std::endian::native == std::endian::little) {
+        if (have != 0)
+            std::memcpy(out, table.data() + first, 4 * have);
+    } else {
+        for (std::size_t j = 0; j < have; ++j)
+            Put32(out + 4 * j, table[first + j]);
+    }
+    std::memset(out + 4 * have, 0xFF, 4 * (IdsPerSector - have)); // FreeSector
+}
+} // namespace
+
+HRESULT CompoundFile::PlaceMetadata(SectorWrites& writes) {
     // Chains are linked where a sector was placed: a long chain costs nothing when little of
     // it changes. (Sectors added to the mini stream were linked as they were added.)
     std::vector<std::size_t> placed;
@@ -361,7 +399,7 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
             ReleaseSector(old);
             placed.push_back(index);
         }
-        writes[m_miniChain[index]] = std::move(buffer);
+        std::memcpy(writes.Add(m_miniChain[index]), buffer.data(), SectorSize);
     }
     m_miniPending.clear();
     RelinkChain(m_miniChain, placed);
@@ -391,12 +429,7 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
             ReleaseSector(old);
             placed.push_back(index);
         }
-        std::vector<std::uint8_t> buffer(SectorSize);
-        for (std::uint32_t j = 0; j < IdsPerSector; ++j) {
-            const std::size_t at = std::size_t(index) * IdsPerSector + j;
-            Put32(buffer.data() + 4 * j, at < m_miniFat.size() ? m_miniFat[at] : FreeSector);
-        }
-        writes[m_miniFatChain[index]] = std::move(buffer);
+        PutIds(writes.Add(m_miniFatChain[index]), m_miniFat, std::size_t(index) * IdsPerSector);
     }
     RelinkChain(m_miniFatChain, placed);
 
@@ -418,10 +451,11 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
             ReleaseSector(old);
             placed.push_back(s);
         }
-        std::vector<std::uint8_t> buffer(SectorSize, 0);
+        std::uint8_t* buffer = writes.Add(m_dirChain[s]);
+        std::memset(buffer, 0, SectorSize);
         for (std::uint32_t k = 0; k < EntriesPerSector; ++k) {
             const DirEntry& e = m_entries[std::size_t(s) * EntriesPerSector + k];
-            std::uint8_t* p = buffer.data() + 128 * k;
+            std::uint8_t* p = buffer + 128 * k;
             Put32(p + 0x44, e.type == TypeUnused ? NoStream : e.left);
             Put32(p + 0x48, e.type == TypeUnused ? NoStream : e.right);
             Put32(p + 0x4C, e.type == TypeUnused ? NoStream : e.child);
@@ -442,18 +476,19 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
             Put32(p + 0x74, e.type == TypeStorage ? 0 : (empty ? EndOfChain : e.start));
             Put32(p + 0x78, static_cast<std::uint32_t>(e.size));
         }
-        writes[m_dirChain[s]] = std::move(buffer);
     }
     RelinkChain(m_dirChain, placed);
 
     // FAT and DIFAT, until placing them changes nothing more: a moved FAT sector changes the
     // FAT entries of its old and new place, which may dirty another FAT sector.
-    std::set<std::uint32_t> difatDirty;
+    IndexSet& difatDirty = m_difatDirtyScratch;
+    difatDirty.clear();
     auto noteFatMoved = [&](std::size_t index) {
         if (index >= HeaderDifatCount)
             difatDirty.insert(
                 static_cast<std::uint32_t>((index - HeaderDifatCount) / DifatIdsPerSector));
     };
+    std::size_t fatLookedAt = 0; // of m_fatDirty's members in the order they came
     for (bool changed = true; changed;) {
         changed = false;
         const std::size_t fatSectors =
@@ -480,7 +515,12 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
                 difatDirty.insert(static_cast<std::uint32_t>(m_difatLocations.size() - 2));
             changed = true;
         }
-        const std::vector<std::uint32_t> dirtyFat = m_fatDirty.Sorted();
+        // A FAT sector looked at once is in a fresh place from then on: each round looks
+        // only at those dirtied since the last, in ascending order as a full pass would.
+        const std::vector<std::uint32_t>& dirtied = m_fatDirty.InInsertionOrder();
+        std::vector<std::uint32_t> dirtyFat(dirtied.begin() + fatLookedAt, dirtied.end());
+        fatLookedAt = dirtied.size();
+        std::sort(dirtyFat.begin(), dirtyFat.end());
         for (std::uint32_t index : dirtyFat) {
             if (index >= m_fatLocations.size() || IsFresh(m_fatLocations[index]))
                 continue;
@@ -491,7 +531,7 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
             noteFatMoved(index);
             changed = true;
         }
-        const std::vector<std::uint32_t> dirtyDifat(difatDirty.begin(), difatDirty.end());
+        const std::vector<std::uint32_t> dirtyDifat = difatDirty.Sorted();
         for (std::uint32_t j : dirtyDifat) {
             if (j >= m_difatLocations.size() || IsFresh(m_difatLocations[j]))
                 continue;
@@ -507,25 +547,50 @@ HRESULT CompoundFile::PlaceMetadata(std::map<std::uint32_t, std::vector<std::uin
     for (std::uint32_t index : m_fatDirty.Sorted()) {
         if (index >= m_fatLocations.size())
             continue;
-        std::vector<std::uint8_t> buffer(SectorSize);
-        for (std::uint32_t j = 0; j < IdsPerSector; ++j) {
-            const std::size_t at = std::size_t(index) * IdsPerSector + j;
-            Put32(buffer.data() + 4 * j, at < m_fat.size() ? m_fat[at] : FreeSector);
-        }
-        writes[m_fatLocations[index]] = std::move(buffer);
+        PutIds(writes.Add(m_fatLocations[index]), m_fat, std::size_t(index) * IdsPerSector);
     }
-    for (std::uint32_t j : difatDirty) {
+    for (std::uint32_t j : difatDirty.Sorted()) {
         if (j >= m_difatLocations.size())
             continue;
-        std::vector<std::uint8_t> buffer(SectorSize);
-        for (std::uint32_t i = 0; i < DifatIdsPerSector; ++i) {
-            const std::size_t at = HeaderDifatCount + std::size_t(j) * DifatIdsPerSector + i;
-            Put32(buffer.data() + 4 * i,
-                  at < m_fatLocations.size() ? m_fatLocations[at] : FreeSector);
-        }
-        Put32(buffer.data() + 4 * DifatIdsPerSector,
+        std::uint8_t* buffer = writes.Add(m_difatLocations[j]);
+        PutIds(buffer, m_fatLocations, HeaderDifatCount + std::size_t(j) * DifatIdsPerSector);
+        Put32(buffer + 4 * DifatIdsPerSector,
               j + 1 < m_difatLocations.size() ? m_difatLocations[j + 1] : EndOfChain);
-        writes[m_difatLocations[j]] = std::move(buffer);
+    }
+    return S_OK;
+}
+
+HRESULT CompoundFile::WritePlaced(SectorWrites& writes) {
+    // A sector placed twice keeps its last bytes: slots grow with each placing, so sorting by
+    // sector, then slot, leaves the last one last.
+    auto& slots = writes.slots;
+    std::sort(slots.begin(), slots.end());
+    for (std::size_t i = 0; i < slots.size();) {
+        // A run of consecutive sectors goes out in one write; a lone sector (the most common
+        // case) straight from where it was placed.
+        const std::uint32_t first = slots[i].first;
+        std::uint32_t next = first;
+        const std::uint8_t* single = nullptr;
+        std::size_t count = 0;
+        while (i < slots.size() && slots[i].first == next && count * SectorSize < MaxRunBytes) {
+            while (i + 1 < slots.size() && slots[i + 1].first == next)
+                ++i;
+            const std::uint8_t* bytes =
+                writes.bytes.data() + std::size_t(slots[i].second) * SectorSize;
+            if (count == 0) {
+                single = bytes;
+            } else {
+                if (count == 1)
+                    m_placedRun.assign(single, single + SectorSize);
+                m_placedRun.insert(m_placedRun.end(), bytes, bytes + SectorSize);
+            }
+            ++count;
+            ++next;
+            ++i;
+        }
+        if (!m_bytes->WriteAt((std::uint64_t(first) + 1) * SectorSize,
+                              count == 1 ? single : m_placedRun.data(), count * SectorSize))
+            return WriteFailed("the allocation tables and directory");
     }
     return S_OK;
 }
@@ -542,24 +607,13 @@ HRESULT CompoundFile::Commit(bool flushToDisk) {
         if (HRESULT hr = FlushStream(id); FAILED(hr))
             return hr;
 
-    std::map<std::uint32_t, std::vector<std::uint8_t>> writes;
-    if (HRESULT hr = PlaceMetadata(writes); FAILED(hr))
+    m_placed.clear();
+    if (HRESULT hr = PlaceMetadata(m_placed); FAILED(hr))
         return hr;
     if (HRESULT hr = FlushRun(); FAILED(hr))
         return hr;
-    // Consecutive sectors go out in one write.
-    for (auto it = writes.begin(); it != writes.end();) {
-        const std::uint32_t first = it->first;
-        std::vector<std::uint8_t> run;
-        std::uint32_t next = first;
-        while (it != writes.end() && it->first == next && run.size() < MaxRunBytes) {
-            run.insert(run.end(), it->second.begin(), it->second.end());
-            ++next;
-            ++it;
-        }
-        if (!m_bytes->WriteAt((std::uint64_t(first) + 1) * SectorSize, run.data(), run.size()))
-            return WriteFailed("the allocation tables and directory");
-    }
+    if (HRESULT hr = WritePlaced(m_placed); FAILED(hr))
+        return hr;
     // Everything the new header points at must be on the disk before the header is.
     if (flushToDisk && !m_bytes->Flush())
         return WriteFailed("(flush) the new sectors");
@@ -579,13 +633,15 @@ HRESULT CompoundFile::Commit(bool flushToDisk) {
         if (sector < m_freshFlag.size())
             m_freshFlag[sector] = 0;
     m_freshList.clear();
-    m_freePool.insert(m_pendingFree.begin(), m_pendingFree.end());
+    for (std::uint32_t sector : m_pendingFree)
+        m_freePool.insert(sector);
     m_pendingFree.clear();
     for (std::uint32_t mini : m_miniFreshList)
         if (mini < m_miniFresh.size())
             m_miniFresh[mini] = 0;
     m_miniFreshList.clear();
-    m_miniFreePool.insert(m_miniPendingFree.begin(), m_miniPendingFree.end());
+    for (std::uint32_t mini : m_miniPendingFree)
+        m_miniFreePool.insert(mini);
     m_miniPendingFree.clear();
     m_fatDirty.clear();
     m_miniFatDirty.clear();

@@ -114,6 +114,10 @@ HRESULT CompoundFile::WriteBig(StreamData& data, std::uint64_t pos, const std::u
     // First every sector the write touches is made fresh, in order, so the sectors a stream
     // gets do not depend on how its writer cuts its writes.
     for (std::size_t k = std::min(first, data.chain.size()); k <= last; ++k) {
+        if (k >= data.chain.size() && k >= first && m_dataCursor == m_fat.size()) {
+            AppendDataSectors(data.chain, last - k + 1);
+            break;
+        }
         if (k >= data.chain.size()) {
             const std::uint32_t sector = AllocateDataSector();
             if (!data.chain.empty())

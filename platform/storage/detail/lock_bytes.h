@@ -1,6 +1,7 @@
 // The bytes under a compound file: a file on disk or a buffer in memory. Reads are checked
-// against the size; writes of the file go through the platform's one low-level write, so the
-// write fault seam of the file layer reaches them.
+// against the size; every write of the file passes the write fault seam of the file layer,
+// whether it goes through the platform's one low-level write or, small and inside the file,
+// into a shared mapping of it.
 #pragma once
 
 #include "platform/core/win_types.h"
