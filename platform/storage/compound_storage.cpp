@@ -480,7 +480,8 @@ HRESULT StgCreateDocfile(const char* path, DWORD mode, DWORD, IStorage** out) {
         return Report(STG_E_INVALIDFLAG, "compound file: a new file is opened for writing");
     HRESULT hr = S_OK;
     std::string error;
-    auto bytes = detail::OpenFileBytes(path, true, true, !(mode & STGM_CREATE), hr, error);
+    auto bytes = detail::OpenFileBytes(path, true, true, !(mode & STGM_CREATE), hr, error,
+                                       (mode & STGM_DELETEONRELEASE) != 0);
     if (!bytes)
         return Report(hr, error);
     std::shared_ptr<CompoundFile> file;

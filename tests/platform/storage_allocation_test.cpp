@@ -5,9 +5,11 @@
 #include "storage_test_support.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <random>
 #include <set>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 using talvor::platform::storage::detail::SectorSet;
@@ -91,8 +93,8 @@ protected:
         path = TestFolder("lock_bytes") + "/bytes.bin";
         HRESULT hr = S_OK;
         std::string error;
-        bytes =
-            talvor::platform::storage::detail::OpenFileBytes(path, true, true, false, hr, error);
+        bytes = talvor::platform::storage::detail::OpenFileBytes(path, true, true, false, hr, error,
+                                                                 /*scratch=*/true);
         ASSERT_TRUE(bytes) << error;
     }
     void TearDown() override { talvor::platform::FailNthWrite(0); }
@@ -129,6 +131,29 @@ TEST_F(FileBytesTest, SmallWritesInsideTheFileLandWhereverThePagesWereWritten) {
     ASSERT_TRUE(bytes->ReadAt(0, back.data(), back.size()));
     EXPECT_EQ(back, model);
     ASSERT_TRUE(bytes->Flush());
+}
+
+// A file that is not a scratch file may be cut short by another process while it is open; its
+// small writes then still go through the system and simply land, never into a mapping, where
+// the store would fault.
+TEST(FileBytes, AFileCutShortByAnotherProcessTakesSmallWritesAsBefore) {
+    const std::string path = TestFolder("lock_bytes") + "/shared.bin";
+    HRESULT hr = S_OK;
+    std::string error;
+    auto bytes =
+        talvor::platform::storage::detail::OpenFileBytes(path, true, true, false, hr, error);
+    ASSERT_TRUE(bytes) << error;
+    const std::string page(3 * 4096, 'a');
+    ASSERT_TRUE(bytes->WriteAt(0, page.data(), page.size()));
+    ASSERT_TRUE(bytes->WriteAt(100, "mapped?", 7)); // a written page: a scratch file maps it
+    const int other = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(other, 0);
+    ASSERT_EQ(::ftruncate(other, 0), 0);
+    ::close(other);
+    ASSERT_TRUE(bytes->WriteAt(8200, "still", 5));
+    const std::string now = ReadFileBytes(path);
+    ASSERT_EQ(now.size(), 8205u);
+    EXPECT_EQ(now.substr(8200), "still");
 }
 
 TEST_F(FileBytesTest, TheWriteFaultSeamFailsMappedWritesToo) {

@@ -18,13 +18,14 @@
 namespace talvor::platform::storage::detail {
 namespace {
 
-// A commit changes a few dozen sectors scattered over the file. Small writes inside the file go
-// to a shared mapping of it, where a store costs no system call; the kernel writes those pages
-// back as it writes the others, and Flush waits for them too. Only pages whose every block this
-// object has already written through pwrite are written so: their disk space is reserved, so a
-// store there cannot meet a full disk (which a mapping could only report as a signal). Writes
-// that grow the file, large ones, and any other go through pwrite. (As with any mapped file,
-// another process that cuts the file short under an open writer makes its next store fault.)
+// A commit changes a few dozen sectors scattered over the file. In a scratch file, small writes
+// inside the file go to a shared mapping of it, where a store costs no system call; the kernel
+// writes those pages back as it writes the others, and Flush waits for them too. Only pages
+// whose every block this object has already written through pwrite are written so: their disk
+// space is reserved, so a store there cannot meet a full disk (which a mapping could only report
+// as a signal). Writes that grow the file, large ones, and any other go through pwrite. Other
+// files are never mapped: another process that cut such a file short under an open writer would
+// make its next store fault.
 //
 // A file that grows reserves its disk space ahead, an eighth of its size at a time (at least
 // ReserveStep), past its end where its size does not show it: writes into reserved space
@@ -32,14 +33,14 @@ namespace {
 // was reserved and not used. Where the file system cannot reserve, writes go on without.
 class FileBytes : public LockBytes {
 public:
-    FileBytes(int fd, bool writable) : m_fd(fd), m_writable(writable) {
+    FileBytes(int fd, bool writable, bool mappedWrites) : m_fd(fd), m_writable(writable) {
         struct stat st {};
         m_size = ::fstat(fd, &st) == 0 ? static_cast<std::uint64_t>(st.st_size) : 0;
         m_reserved = m_size;
         m_reserve = writable;
         const long page = ::sysconf(_SC_PAGESIZE);
         struct statfs fs {};
-        if (writable && page > 0 && ::fstatfs(fd, &fs) == 0 && fs.f_bsize > 0 &&
+        if (mappedWrites && page > 0 && ::fstatfs(fd, &fs) == 0 && fs.f_bsize > 0 &&
             page % fs.f_bsize == 0) {
             m_pageSize = static_cast<std::uint64_t>(page);
             m_blockSize = static_cast<std::uint64_t>(fs.f_bsize);
@@ -222,7 +223,8 @@ private:
 } // namespace
 
 std::unique_ptr<LockBytes> OpenFileBytes(const std::string& path, bool write, bool create,
-                                         bool failIfThere, HRESULT& hr, std::string& error) {
+                                         bool failIfThere, HRESULT& hr, std::string& error,
+                                         bool scratch) {
     int flags = O_CLOEXEC | (write ? O_RDWR : O_RDONLY);
     if (create)
         flags |= O_CREAT | (failIfThere ? O_EXCL : O_TRUNC);
@@ -239,7 +241,7 @@ std::unique_ptr<LockBytes> OpenFileBytes(const std::string& path, bool write, bo
         return nullptr;
     }
     hr = S_OK;
-    return std::make_unique<FileBytes>(fd, write);
+    return std::make_unique<FileBytes>(fd, write, write && scratch);
 }
 
 std::unique_ptr<LockBytes> MemoryBytes(std::string bytes, bool writable) {

@@ -25,9 +25,13 @@ public:
     virtual bool Writable() const = 0;
 };
 
-// Opens (or with create, creates or empties) a file. Null with a message when it cannot.
+// Opens (or with create, creates or empties) a file. Null with a message when it cannot. A
+// scratch file is this process's own (it goes when released): only there do small writes go
+// through a shared mapping, since a mapped store faults when another process has cut the
+// file short under it, and nobody else has any business with a scratch file.
 std::unique_ptr<LockBytes> OpenFileBytes(const std::string& path, bool write, bool create,
-                                         bool failIfThere, HRESULT& hr, std::string& error);
+                                         bool failIfThere, HRESULT& hr, std::string& error,
+                                         bool scratch = false);
 std::unique_ptr<LockBytes> MemoryBytes(std::string bytes, bool writable);
 
 } // namespace talvor::platform::storage::detail
