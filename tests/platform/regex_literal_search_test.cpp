@@ -7,6 +7,7 @@
 #include "platform/regex/regex_engine.h"
 
 #include "tests/support/corpus.h"
+#include "tests/support/regexp_match_spans.h"
 
 #include <gtest/gtest.h>
 
@@ -36,17 +37,8 @@ std::string Answers(RegExpEngine& engine, std::u16string_view text) {
             FAILED(engine.Replace(text, u"<$&>", &replaced)))
             return "failed";
         listed += tested ? "T" : "F";
-        LONG count = 0;
-        matches.get_Count(&count);
-        for (LONG i = 0; i < count; ++i) {
-            const RegExpMatch* match = nullptr;
-            LONG index = 0, length = 0;
-            matches.get_Item(i, &match);
-            match->get_FirstIndex(&index);
-            match->get_Length(&length);
-            listed.append(" ").append(std::to_string(index));
-            listed.append(":").append(std::to_string(length));
-        }
+        if (const std::string spans = talvor::testing::MatchSpans(matches); !spans.empty())
+            listed.append(" ").append(spans);
         listed.append(" ").append(replaced.begin(), replaced.end()).append("\n");
     }
     return listed;

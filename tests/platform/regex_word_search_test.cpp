@@ -6,6 +6,7 @@
 #include "platform/regex/regex_engine.h"
 
 #include "tests/support/corpus.h"
+#include "tests/support/regexp_match_spans.h"
 
 #include <gtest/gtest.h>
 
@@ -27,17 +28,8 @@ std::string Matches(RegExpEngine& engine, std::u16string_view text, bool global)
     if (FAILED(engine.Test(text, &tested)) || FAILED(engine.Execute(text, &matches)))
         return "failed";
     std::string listed = tested ? "T" : "F";
-    LONG count = 0;
-    matches.get_Count(&count);
-    for (LONG i = 0; i < count; ++i) {
-        const RegExpMatch* match = nullptr;
-        LONG index = 0, length = 0;
-        matches.get_Item(i, &match);
-        match->get_FirstIndex(&index);
-        match->get_Length(&length);
-        listed.append(" ").append(std::to_string(index));
-        listed.append(":").append(std::to_string(length));
-    }
+    if (const std::string spans = talvor::testing::MatchSpans(matches); !spans.empty())
+        listed.append(" ").append(spans);
     std::u16string replaced;
     engine.Replace(text, u"<$&>", &replaced);
     return listed + " " + std::string(replaced.begin(), replaced.end());

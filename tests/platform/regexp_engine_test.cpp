@@ -3,6 +3,8 @@
 // substitution marks.
 #include "platform/regex/regex_engine.h"
 
+#include "tests/support/regexp_match_spans.h"
+
 #include <gtest/gtest.h>
 #include <string>
 
@@ -28,22 +30,7 @@ std::string Matches(const std::string& pattern, const std::u16string& text, bool
         std::snprintf(code, sizeof code, "%08X", static_cast<unsigned>(hr));
         return code;
     }
-    std::string listed;
-    LONG count = 0;
-    matches.get_Count(&count);
-    for (LONG i = 0; i < count; ++i) {
-        const RegExpMatch* match = nullptr;
-        LONG index = 0, length = 0;
-        matches.get_Item(i, &match);
-        match->get_FirstIndex(&index);
-        match->get_Length(&length);
-        if (!listed.empty())
-            listed += ' ';
-        listed += std::to_string(index);
-        listed += ':';
-        listed += std::to_string(length);
-    }
-    return listed;
+    return talvor::testing::MatchSpans(matches);
 }
 
 HRESULT TestResult(const std::u16string& pattern, const std::u16string& text = u"") {
